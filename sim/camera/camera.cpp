@@ -1,0 +1,89 @@
+#include "sim/camera/camera.h"
+
+#include <algorithm>
+#include <cerrno>
+
+namespace kelvo::sim::camera {
+namespace {
+
+constexpr std::size_t pt5111_word_length = 2;
+
+void deliver(const Exchange& exchange, std::span<std::uint8_t> received) {
+  std::fill(received.begin(), received.end(), std::uint8_t{0});
+  std::copy_n(exchange.reply.begin(), std::min(exchange.reply.size(), received.size()),
+              received.begin());
+}
+
+bool is_run_time(FrameKind kind) { return kind == FrameKind::command || kind == FrameKind::query; }
+
+}  // namespace
+
+int Camera::transfer_lens(std::span<const std::uint8_t> sent, std::span<std::uint8_t> received,
+                          CarriedImages images) {
+  Exchange exchange{clock.now(), Unit::lens_controller, sent, violations_};
+  BootRecord& boot = boots_.current(clock.now());
+  const std::uint64_t violations_before = violations_.total();
+  const FrameKind kind = lens_.receive(exchange, images, boot, pt5111_);
+  ++boot.count(kind);
+  boot.settled = boot.settled || (boot.started && is_run_time(kind));
+  boot.violations += violations_.total() - violations_before;
+  deliver(exchange, received);
+  return 0;
+}
+
+int Camera::transfer_pt5111(std::span<const std::uint8_t> sent, std::span<std::uint8_t> received) {
+  Exchange exchange{clock.now(), Unit::pt5111, sent, violations_};
+  ++pt5111_words_;
+  if (sent.size() != pt5111_word_length) {
+    exchange.violation("a word of %zu bytes, must be %zu", sent.size(), pt5111_word_length);
+  } else if (lens_.module().value_or(LensModule::de015) != LensModule::de015) {
+    exchange.violation("this module has no PT5111 on a device of its own");
+  } else {
+    pt5111_.receive(clock.now(), static_cast<std::uint16_t>(sent[0] << 8 | sent[1]));
+  }
+  deliver(exchange, received);
+  return 0;
+}
+
+int Camera::transfer_pan_tilt() const { return -ENXIO; }
+
+int Camera::shell(std::string_view command) {
+  const bool was_high = reset_line_.high();
+  const std::optional<int> status = reset_line_.run(command);
+  if (!status) {
+    violations_.record(clock.now(), Unit::reset_line, {}, "unknown shell command: %.*s",
+                       static_cast<int>(command.size()), command.data());
+    return ResetLine::refused;
+  }
+  const bool is_high = reset_line_.high();
+  if (was_high && !is_high) {
+    reset_at_ = clock.now();
+    lens_.hold_in_reset(clock.now());
+  }
+  if (!was_high && is_high) {
+    boots_.attempt(reset_at_, positions());
+    lens_.release_from_reset();
+  }
+  return *status;
+}
+
+Positions Camera::positions() const {
+  const Time now = clock.now();
+  Positions result{};
+  const auto put = [&](Output output, const Stepper& motor) {
+    result[static_cast<std::size_t>(output)] = motor.position(now);
+  };
+  put(Output::zoom1_block, lens_.program().zoom1());
+  put(Output::zoom3_block, lens_.program().zoom3());
+  put(Output::focus_channel, lens_.program().motor_block().focus());
+  put(Output::zoom_channel, lens_.program().motor_block().zoom());
+  put(Output::pt5111_a, pt5111_.motor_a());
+  put(Output::pt5111_b, pt5111_.motor_b());
+  return result;
+}
+
+Positions Camera::positions(std::uint32_t boot) const {
+  return boot == boots_.total() ? positions() : boots_.boot(boot).positions;
+}
+
+}  // namespace kelvo::sim::camera

@@ -1,0 +1,70 @@
+#ifndef KELVO_SIM_CAMERA_CAMERA_H
+#define KELVO_SIM_CAMERA_CAMERA_H
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <type_traits>
+
+#include "sim/camera/boot_log.h"
+#include "sim/camera/clock.h"
+#include "sim/camera/lens_controller.h"
+#include "sim/camera/pt5111.h"
+#include "sim/camera/reset_line.h"
+#include "sim/camera/violations.h"
+
+namespace kelvo::sim::camera {
+
+/// A whole camera as one plain value. Transfers take no simulated time. Results are what the driver
+/// would return; a negative one is an error number.
+class Camera {
+ public:
+  /// Grows with every change of what lies where.
+  static constexpr std::uint32_t layout_version = 1;
+
+  Clock clock;
+
+  /// Full-duplex transfer with the lens controller. Whatever it thinks of the frame, the transfer itself
+  /// succeeds.
+  int transfer_lens(std::span<const std::uint8_t> sent, std::span<std::uint8_t> received,
+                    CarriedImages images);
+  /// The same with the PT5111 on its own device.
+  int transfer_pt5111(std::span<const std::uint8_t> sent, std::span<std::uint8_t> received);
+  /// A combined I2C request. No slave acknowledges.
+  int transfer_pan_tilt() const;
+  /// A shell command; its wait status.
+  int shell(std::string_view command);
+
+  /// The n-th download on the wire, from 1, shall arrive with one bit flipped. False: too many.
+  bool corrupt_download(std::uint32_t number) { return lens_.corrupt_download(number); }
+
+  const Violations& violations() const { return violations_; }
+  const BootLog& boots() const { return boots_; }
+  const LensController& lens() const { return lens_; }
+  const Pt5111& pt5111() const { return pt5111_; }
+  const ResetLine& reset_line() const { return reset_line_; }
+  /// Words that came over the PT5111's own device.
+  std::uint32_t pt5111_words() const { return pt5111_words_; }
+
+  /// Where the motors stand now.
+  Positions positions() const;
+  /// Where they stood when a boot's time was over; the last one's is not.
+  Positions positions(std::uint32_t boot) const;
+
+ private:
+  LensController lens_;
+  Pt5111 pt5111_;
+  ResetLine reset_line_;
+  Violations violations_;
+  BootLog boots_;
+  std::uint32_t pt5111_words_ = 0;
+  Time reset_at_{};  // the last time
+};
+
+// A camera can lie in memory that processes share.
+static_assert(std::is_trivially_copyable_v<Camera>);
+
+}  // namespace kelvo::sim::camera
+
+#endif

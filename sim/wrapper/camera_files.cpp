@@ -1,0 +1,96 @@
+#include "sim/wrapper/camera_files.h"
+
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <utility>
+
+#include "sim/seam/real.h"
+#include "wire/paths.h"
+
+namespace kelvo::sim {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::array camera_paths{
+    wire::iris_record,         wire::iris_record_flash,       wire::iris_record_scratch,
+    wire::stabiliser_record,   wire::stabiliser_record_flash, wire::stabiliser_record_scratch,
+    wire::iris_default_record,
+};
+
+/// A plausible iris record: polarity, Hall offset, Hall gain, travel minimum and maximum, sine value.
+/// Each is a 32-bit field, low byte first.
+constexpr std::array<std::uint8_t, 24> default_iris_record{
+    0x01, 0x00, 0, 0, 0x40, 0x08, 0, 0, 0x20, 0x04, 0, 0,
+    0x80, 0x01, 0, 0, 0x90, 0x0E, 0, 0, 0x12, 0x02, 0, 0,
+};
+
+std::error_code last_error() { return {errno, std::generic_category()}; }
+
+}  // namespace
+
+CameraFiles::CameraFiles(fs::path kept)
+    : kept_(!kept.empty()), folder_(kept_ ? fs::absolute(kept) : std::move(kept)) {}
+
+bool CameraFiles::claims(const std::string& path) {
+  return std::find(camera_paths.begin(), camera_paths.end(), path) != camera_paths.end();
+}
+
+fs::path CameraFiles::real_path(const std::string& path) const {
+  return folder_ / fs::path(path).relative_path();
+}
+
+std::error_code CameraFiles::prepare() {
+  const std::scoped_lock guard(mutex_);
+  if (prepared_) return {};
+  std::error_code error;
+  if (!kept_) error = make_private_folder();
+  if (!error) error = fill();
+  prepared_ = !error;
+  return error;
+}
+
+std::error_code CameraFiles::make_private_folder() {
+  std::error_code error;
+  const fs::path parent = fs::temp_directory_path(error);
+  if (error) return error;
+  std::string pattern = (parent / "kelvo-camera-XXXXXX").string();
+  if (mkdtemp(pattern.data()) == nullptr) return last_error();
+  folder_ = pattern;
+  maker_ = getpid();
+  return {};
+}
+
+std::error_code CameraFiles::fill() const {
+  std::error_code error;
+  for (const char* const path : camera_paths) {
+    fs::create_directories(real_path(path).parent_path(), error);
+    if (error) return error;
+  }
+  const fs::path default_record = real_path(wire::iris_default_record);
+  if (fs::exists(default_record, error)) return {};
+  // Not through the seam: a folder of "/" would claim the file for the camera.
+  FILE* const stream = real().fopen(default_record.c_str(), "wb");
+  if (stream == nullptr) return last_error();
+  const std::size_t written =
+      std::fwrite(default_iris_record.data(), 1, default_iris_record.size(), stream);
+  const bool closed = real().fclose(stream) == 0;
+  return written == default_iris_record.size() && closed ? std::error_code{} : last_error();
+}
+
+void CameraFiles::remove() {
+  const std::scoped_lock guard(mutex_);
+  std::error_code ignored;
+  if (maker_ != getpid()) return;
+  fs::remove_all(folder_, ignored);
+  prepared_ = false;
+  maker_ = 0;
+}
+
+}  // namespace kelvo::sim

@@ -1,0 +1,72 @@
+// Start and end of the preload library: a camera in the place of the kernel, for an unmodified program.
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include "sim/seam/host.h"
+#include "sim/seam/real.h"
+#include "sim/wrapper/camera_host.h"
+#include "sim/wrapper/carried_images.h"
+#include "sim/wrapper/report.h"
+#include "sim/wrapper/settings.h"
+
+namespace kelvo::sim {
+namespace {
+
+CameraHost* host = nullptr;
+ReportMode report_mode = ReportMode::none;
+std::string* report_file = nullptr;
+
+[[noreturn]] void refuse(const std::string& line) {
+  std::fprintf(stderr, "%s\n", line.c_str());
+  std::fflush(stderr);
+  _exit(wrong_settings_exit_code);
+}
+
+/// Standard error when the file cannot be written: a report must not get lost.
+void deliver(const std::string& text) {
+  FILE* const file = report_file->empty() ? nullptr : real().fopen(report_file->c_str(), "w");
+  FILE* const stream = file != nullptr ? file : stderr;
+  if (file == nullptr && !report_file->empty()) {
+    std::fprintf(stderr, "%s: cannot write %s\n", settings_variable, report_file->c_str());
+  }
+  std::fputs(text.c_str(), stream);
+  std::fflush(stream);
+  if (file != nullptr) real().fclose(file);
+}
+
+[[gnu::constructor]] void begin() {
+  const char* const text = std::getenv(settings_variable);
+  const ParsedSettings parsed = parse_settings(text != nullptr ? text : "");
+  if (!parsed.error.empty()) refuse(parsed.error);
+  // Kept for good: threads may still be in the camera when the process ends.
+  host = new CameraHost(parsed.settings);
+  report_mode = parsed.settings.report;
+  report_file = new std::string(parsed.settings.report_file);
+  // The program may go to another folder before it ends.
+  if (!report_file->empty()) *report_file = std::filesystem::absolute(*report_file).string();
+  if (!parsed.settings.files.empty()) {
+    if (const std::error_code error = host->prepare_files()) {
+      refuse(std::string(settings_variable) + ": the folder \"" + parsed.settings.files +
+             "\" cannot be used: " + error.message());
+    }
+  }
+  install(host);
+}
+
+/// A program that has nothing to do with a camera, like a shell on the way to one that has, gets no
+/// report.
+[[gnu::destructor]] void end() {
+  if (host == nullptr) return;
+  install(nullptr);
+  const bool report_is_due = report_mode == ReportMode::text && host->owned() && host->used();
+  if (report_is_due) deliver(report(host->camera(), carried_images()));
+  host->end();
+}
+
+}  // namespace
+}  // namespace kelvo::sim

@@ -1,0 +1,112 @@
+#include "sim/wrapper/settings.h"
+
+#include <array>
+#include <charconv>
+#include <set>
+
+#include "sim/camera/boot_loader.h"
+
+namespace kelvo::sim {
+namespace {
+
+bool read_clock(std::string_view value, Settings& settings) {
+  settings.clock = value == "sleep" ? ClockMode::sleep : ClockMode::real;
+  return value == "sleep" || value == "real";
+}
+
+bool read_files(std::string_view value, Settings& settings) {
+  settings.files = value;
+  return !value.empty();
+}
+
+/// Numbers from 1 on, joined by "+".
+bool read_corrupt(std::string_view value, Settings& settings) {
+  const char* place = value.data();
+  const char* const end = place + value.size();
+  while (true) {
+    std::uint32_t number = 0;
+    const auto [behind, error] = std::from_chars(place, end, number);
+    if (error != std::errc{} || number == 0) return false;
+    settings.corrupt.push_back(number);
+    if (behind == end) return settings.corrupt.size() <= camera::BootLoader::most_corrupt_downloads;
+    if (*behind != '+') return false;
+    place = behind + 1;
+  }
+}
+
+bool read_report(std::string_view value, Settings& settings) {
+  settings.report = value == "none" ? ReportMode::none : ReportMode::text;
+  return value == "none" || value == "text";
+}
+
+bool read_report_file(std::string_view value, Settings& settings) {
+  settings.report_file = value;
+  return !value.empty();
+}
+
+struct Setting {
+  std::string_view name;
+  std::string_view values;
+  bool (*read)(std::string_view value, Settings& settings);
+};
+
+constexpr std::array settings_table{
+    Setting{"clock", "real or sleep", read_clock},
+    Setting{"files", "a folder", read_files},
+    Setting{"corrupt", "up to 16 numbers of program downloads from 1, joined by + (corrupt=1+4)",
+            read_corrupt},
+    Setting{"report", "none or text", read_report},
+    Setting{"report-file", "a file", read_report_file},
+};
+static_assert(camera::BootLoader::most_corrupt_downloads == 16);
+
+std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+
+std::string all_names() {
+  std::string names;
+  for (const Setting& setting : settings_table) {
+    if (!names.empty()) names += ", ";
+    names += setting.name;
+  }
+  return names;
+}
+
+/// Reads one word; what is wrong with it, or nothing.
+std::string read_word(std::string_view word, std::set<std::string_view>& seen, Settings& settings) {
+  const std::size_t equals = word.find('=');
+  const std::string_view name = word.substr(0, equals);
+  for (const Setting& setting : settings_table) {
+    if (setting.name != name) continue;
+    if (equals == std::string_view::npos) {
+      return quoted(name) + " has no value: write " + std::string(name) + "= and " +
+             std::string(setting.values);
+    }
+    const std::string_view value = word.substr(equals + 1);
+    if (!seen.insert(name).second) return quoted(name) + " is given twice";
+    if (setting.read(value, settings)) return {};
+    return quoted(name) + " cannot be " + quoted(value) + ": it takes " +
+           std::string(setting.values);
+  }
+  return "there is no setting " + quoted(name) + ": there are " + all_names();
+}
+
+}  // namespace
+
+ParsedSettings parse_settings(std::string_view text) {
+  constexpr std::string_view separators = " \t\n,";
+  ParsedSettings parsed;
+  std::set<std::string_view> seen;
+  std::size_t begin = text.find_first_not_of(separators);
+  while (begin != std::string_view::npos) {
+    const std::size_t end = std::min(text.find_first_of(separators, begin), text.size());
+    const std::string error = read_word(text.substr(begin, end - begin), seen, parsed.settings);
+    if (!error.empty()) {
+      parsed.error = std::string(settings_variable) + ": " + error;
+      return parsed;
+    }
+    begin = text.find_first_not_of(separators, end);
+  }
+  return parsed;
+}
+
+}  // namespace kelvo::sim

@@ -1,0 +1,102 @@
+#include "sim/wrapper/settings.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using kelvo::sim::ClockMode;
+using kelvo::sim::parse_settings;
+using kelvo::sim::ReportMode;
+using kelvo::sim::Settings;
+
+Settings good(std::string_view text) {
+  const auto parsed = parse_settings(text);
+  EXPECT_EQ(parsed.error, "");
+  return parsed.settings;
+}
+
+std::string error_of(std::string_view text) { return parse_settings(text).error; }
+
+TEST(Settings, HaveDefaults) {
+  const Settings settings = good("");
+  EXPECT_EQ(settings.clock, ClockMode::real);
+  EXPECT_EQ(settings.files, "");
+  EXPECT_TRUE(settings.corrupt.empty());
+  EXPECT_EQ(settings.report, ReportMode::text);
+  EXPECT_EQ(settings.report_file, "");
+}
+
+TEST(Settings, AreReadOneByOne) {
+  EXPECT_EQ(good("clock=sleep").clock, ClockMode::sleep);
+  EXPECT_EQ(good("clock=real").clock, ClockMode::real);
+  EXPECT_EQ(good("files=/some/where").files, "/some/where");
+  EXPECT_EQ(good("corrupt=3").corrupt, (std::vector<std::uint32_t>{3}));
+  EXPECT_EQ(good("corrupt=1+4+28").corrupt, (std::vector<std::uint32_t>{1, 4, 28}));
+  EXPECT_EQ(good("report=none").report, ReportMode::none);
+  EXPECT_EQ(good("report=text").report, ReportMode::text);
+  EXPECT_EQ(good("report-file=a.txt").report_file, "a.txt");
+}
+
+TEST(Settings, ArePartedByBlanksAndCommas) {
+  const Settings settings = good(" clock=sleep,report=none,, files=x\tcorrupt=2\n");
+  EXPECT_EQ(settings.clock, ClockMode::sleep);
+  EXPECT_EQ(settings.report, ReportMode::none);
+  EXPECT_EQ(settings.files, "x");
+  EXPECT_EQ(settings.corrupt, (std::vector<std::uint32_t>{2}));
+}
+
+TEST(Settings, MayHaveAnEqualsSignInAPath) { EXPECT_EQ(good("files=a=b").files, "a=b"); }
+
+TEST(Settings, NameAnUnknownOneAndListAllThatThereAre) {
+  EXPECT_EQ(error_of("clok=sleep"),
+            "KELVO_SIM: there is no setting \"clok\": there are clock, files, corrupt, report, "
+            "report-file");
+  EXPECT_EQ(error_of("sleep"),
+            "KELVO_SIM: there is no setting \"sleep\": there are clock, files, corrupt, report, "
+            "report-file");
+  EXPECT_EQ(error_of("=sleep"),
+            "KELVO_SIM: there is no setting \"\": there are clock, files, corrupt, report, "
+            "report-file");
+  EXPECT_EQ(error_of("Clock=sleep"),
+            "KELVO_SIM: there is no setting \"Clock\": there are clock, files, corrupt, report, "
+            "report-file");
+}
+
+TEST(Settings, NameAWrongValueAndListTheRightOnes) {
+  EXPECT_EQ(error_of("clock=fast"),
+            "KELVO_SIM: \"clock\" cannot be \"fast\": it takes real or sleep");
+  EXPECT_EQ(error_of("clock="), "KELVO_SIM: \"clock\" cannot be \"\": it takes real or sleep");
+  EXPECT_EQ(error_of("report=json"),
+            "KELVO_SIM: \"report\" cannot be \"json\": it takes none or text");
+  EXPECT_EQ(error_of("files="), "KELVO_SIM: \"files\" cannot be \"\": it takes a folder");
+  EXPECT_EQ(error_of("report-file="), "KELVO_SIM: \"report-file\" cannot be \"\": it takes a file");
+}
+
+TEST(Settings, SayWhenAValueIsMissing) {
+  EXPECT_EQ(error_of("clock"), "KELVO_SIM: \"clock\" has no value: write clock= and real or sleep");
+  EXPECT_EQ(error_of("files"), "KELVO_SIM: \"files\" has no value: write files= and a folder");
+}
+
+TEST(Settings, RefuseEveryOtherWayToWriteDownloadNumbers) {
+  for (const char* const value : {"", "0", "x", "1+", "+1", "1++2", "1+0", "-1", "1-2", "1.5",
+                                  "4294967296", "1+2+3+4+5+6+7+8+9+10+11+12+13+14+15+16+17"}) {
+    EXPECT_EQ(error_of(std::string("corrupt=") + value),
+              std::string("KELVO_SIM: \"corrupt\" cannot be \"") + value +
+                  "\": it takes up to 16 numbers of program downloads from 1, joined by + "
+                  "(corrupt=1+4)");
+  }
+  EXPECT_EQ(good("corrupt=1+2+3+4+5+6+7+8+9+10+11+12+13+14+15+16").corrupt.size(), 16u);
+}
+
+TEST(Settings, AreGivenOnlyOnce) {
+  EXPECT_EQ(error_of("clock=sleep clock=sleep"), "KELVO_SIM: \"clock\" is given twice");
+}
+
+TEST(Settings, AreRefusedForTheFirstMistake) {
+  EXPECT_EQ(error_of("clock=sleep report=x clok=y"),
+            "KELVO_SIM: \"report\" cannot be \"x\": it takes none or text");
+}
+
+TEST(Settings, EndTheProcessWithTwo) { EXPECT_EQ(kelvo::sim::wrong_settings_exit_code, 2); }
+
+}  // namespace

@@ -1,0 +1,263 @@
+# Programs that know nothing of the simulated camera, run under it. Each test is one case of this script.
+#
+#   cmake -DCASE=... -DDEMO=... -DPROBE=... -DPRELOAD=... -DEMULATOR=... -DNM=... -DFOLDER=... -P this
+cmake_minimum_required(VERSION 3.25)
+
+# The preload library comes before the sanitizer's own.
+set(ENV{ASAN_OPTIONS} "$ENV{ASAN_OPTIONS}:verify_asan_link_order=0")
+file(REMOVE_RECURSE ${FOLDER})
+file(MAKE_DIRECTORY ${FOLDER})
+
+# Runs a command with or without the camera; the outcome is in result, output and errors.
+macro(run_bare)
+  execute_process(COMMAND ${EMULATOR} ${ARGV} WORKING_DIRECTORY ${FOLDER}
+    RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+endmacro()
+macro(run settings)
+  if("${settings}" STREQUAL "")
+    unset(ENV{KELVO_SIM})
+  else()
+    set(ENV{KELVO_SIM} "${settings}")
+  endif()
+  if(EMULATOR)
+    execute_process(COMMAND ${EMULATOR} -E LD_PRELOAD=${PRELOAD} ${ARGN} WORKING_DIRECTORY ${FOLDER}
+      RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+  else()
+    execute_process(COMMAND ${CMAKE_COMMAND} -E env LD_PRELOAD=${PRELOAD} ${ARGN}
+      WORKING_DIRECTORY ${FOLDER}
+      RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+  endif()
+endmacro()
+
+macro(fail reason)
+  message(FATAL_ERROR "${reason}\nresult: ${result}\noutput:\n${output}\nerrors:\n${errors}")
+endmacro()
+macro(expect_result wanted)
+  if(NOT result STREQUAL "${wanted}")
+    fail("The result must be ${wanted}.")
+  endif()
+endmacro()
+macro(expect_equal name wanted)
+  if(NOT "${${name}}" STREQUAL "${wanted}")
+    fail("The ${name} must be:\n${wanted}")
+  endif()
+endmacro()
+# Each text must stand at the beginning of a line.
+macro(expect_lines name)
+  foreach(line ${ARGN})
+    string(FIND "\n${${name}}" "\n${line}" place)
+    if(place EQUAL -1)
+      fail("The ${name} must have the line:\n${line}")
+    endif()
+  endforeach()
+endmacro()
+macro(expect_no name text)
+  string(FIND "${${name}}" "${text}" place)
+  if(NOT place EQUAL -1)
+    fail("The ${name} must not have: ${text}")
+  endif()
+endmacro()
+macro(expect_reports wanted)
+  string(REGEX MATCHALL "Simulated camera\n" reports "${errors}")
+  list(LENGTH reports count)
+  if(NOT count EQUAL ${wanted})
+    fail("There must be ${wanted} reports.")
+  endif()
+endmacro()
+
+function(case_demo_of_all_modules)
+  run("clock=sleep" ${DEMO})
+  expect_result(0)
+  expect_lines(output
+    "de015: booting"
+    "de015: result 0, variant 7, program version 0107"
+    "df033: result 0, variant 8, program version 0208"
+    "t5391: result 0, variant 9, program version 0309"
+    "  module  boot             variant  version   moves"
+    "  de015   ok                     7  0107      zoom 1 moved, zoom 2 moved, focus moved\n"
+    "  df033   ok                     8  0208      zoom 1 moved, zoom 3 moved, focus moved\n"
+    "  t5391   ok                     9  0309      zoom 1 moved, focus moved\n")
+  expect_no(output "Addr:")
+  expect_lines(errors
+    "  1     DE015   0107     1         runs     1.202 s    0\n"
+    "  2     DF033   0208     1         runs     1.202 s    0\n"
+    "  3     T5391   0309     1         runs     1.202 s    0\n"
+    "  1     1        0x21    CORVO_PROGRAM_DATA_DE015   50EE9858           intact\n"
+    "  2     1        0x22    CORVO_PROGRAM3_DATA_DF033  BF9B8238           intact\n"
+    "  3     1        0x23    CORVO_PROGRAM2_DATA_T5391  01911A0B           intact\n"
+    "  1     zoom 1         +250      steps\n"
+    "  1     zoom 2         +2000     1/8 steps\n"
+    "  1     focus          +2000     1/8 steps\n"
+    "  2     zoom 1         +250      steps\n"
+    "  2     zoom 3         +250      steps\n"
+    "  2     focus          +2000     1/8 steps\n"
+    "  3     zoom 1         +500      1/2 steps\n"
+    "  3     focus          +250      steps\n"
+    "  protocol violations: 0\n")
+  expect_no(errors "NOT INTACT")
+  expect_reports(1)
+endfunction()
+
+function(case_demo_of_one_module)
+  run("clock=sleep" ${DEMO} df033)
+  expect_result(0)
+  expect_lines(errors "  1     DF033   0208     1         runs     1.202 s    0\n")
+  expect_no(errors "DE015")
+endfunction()
+
+function(case_demo_verbose)
+  run("clock=sleep" ${DEMO} --verbose t5391)
+  expect_result(0)
+  expect_lines(output "Write PLL Mode Register\n" "Addr:f5 0x00 0x00 0x00 0x00 0x00 \n" "Ver:00 00 03 09 \n"
+    "t5391: result 0, variant 9, program version 0309\n")
+endfunction()
+
+function(case_demo_of_a_corrupt_download)
+  run("clock=sleep corrupt=1" ${DEMO} df033)
+  expect_result(1)
+  expect_lines(output
+    "df033: result 1, variant 8, program version 0208"
+    "  df033   checks failed          8  0208      zoom 1 moved, zoom 3 moved, focus moved\n")
+  expect_lines(errors
+    "  1     DF033   0208     10        runs     22.020 s   0\n"
+    "  1     1        0x21    CORVO_PROGRAM_DATA_DF033   "
+    "  1     10       0x21    CORVO_PROGRAM_DATA_DF033   A7980342           intact\n"
+    "  1     10       0x23    CORVO_PROGRAM2_DATA_DF033  01911A0B           intact\n"
+    "  protocol violations: 0\n")
+  string(REGEX MATCHALL "NOT INTACT" corrupt "${errors}")
+  if(NOT corrupt STREQUAL "NOT INTACT")
+    fail("One download must be listed that is not intact.")
+  endif()
+endfunction()
+
+function(case_demo_in_real_time)
+  run("clock=real" ${DEMO} t5391)
+  expect_result(0)
+  expect_lines(errors
+    "  1     T5391   0309     1         runs     "
+    "  1     zoom 1  +500      1/2 steps\n"
+    "  1     focus   +250      steps\n"
+    "  protocol violations: 0\n")
+endfunction()
+
+function(case_demo_without_a_camera)
+  run_bare(${DEMO})
+  expect_result(3)
+  expect_equal(output "")
+  expect_equal(errors "${DEMO}: cannot open /dev/spi_renesas (No such file or directory): run it on the camera, or under the simulated one with LD_PRELOAD=libkelvo-sim.so\n")
+endfunction()
+
+function(case_demo_with_wrong_arguments)
+  foreach(argument nonsense --nonsense)
+    run("clock=sleep" ${DEMO} ${argument})
+    expect_result(2)
+    expect_equal(output "")
+    string(FIND "${errors}" "usage: ${DEMO} [--verbose] [de015|df033|t5391]...\n" place)
+    if(place EQUAL -1)
+      fail("There must be a usage line.")
+    endif()
+    expect_reports(0)
+  endforeach()
+endfunction()
+
+function(case_mistyped_setting)
+  run("clock=sleep corupt=1" ${DEMO})
+  expect_result(2)
+  expect_equal(output "")
+  expect_equal(errors "KELVO_SIM: there is no setting \"corupt\": there are clock, files, corrupt, report, report-file\n")
+endfunction()
+
+function(case_mistyped_value)
+  run("clock=sloop" ${DEMO})
+  expect_result(2)
+  expect_equal(output "")
+  expect_equal(errors "KELVO_SIM: \"clock\" cannot be \"sloop\": it takes real or sleep\n")
+endfunction()
+
+function(case_files_folder_that_cannot_be_used)
+  file(WRITE ${FOLDER}/file "a file")
+  run("files=${FOLDER}/file/folder" ${PROBE} return)
+  expect_result(2)
+  expect_equal(errors "KELVO_SIM: the folder \"${FOLDER}/file/folder\" cannot be used: Not a directory\n")
+endfunction()
+
+function(case_files_folder_is_kept)
+  run("files=made/here" ${PROBE} return)
+  expect_result(0)
+  file(SIZE ${FOLDER}/made/here/bin/DC_S_Cali_T5391.dat size)
+  if(NOT size EQUAL 24)
+    fail("The default record must have 24 bytes.")
+  endif()
+endfunction()
+
+function(case_private_folder_is_removed)
+  set(ENV{TMPDIR} ${FOLDER})
+  run("clock=sleep" ${DEMO} t5391)
+  expect_result(0)
+  file(GLOB left ${FOLDER}/*)
+  if(NOT left STREQUAL "")
+    fail("There must be nothing left: ${left}")
+  endif()
+endfunction()
+
+function(case_settings_are_not_needed)
+  run("" ${PROBE} return)
+  expect_result(0)
+  expect_reports(1)
+endfunction()
+
+function(case_report_at_every_ending)
+  foreach(ending return exit elsewhere)
+    run("clock=sleep" ${PROBE} ${ending})
+    expect_result(0)
+    expect_equal(errors "\nSimulated camera\n\n  time simulated: 0.000 s\n  protocol violations: 0\n")
+    expect_equal(output "")
+  endforeach()
+endfunction()
+
+function(case_no_report_from_a_forked_process)
+  run("clock=sleep" ${PROBE} fork)
+  expect_result(0)
+  expect_reports(1)
+endfunction()
+
+function(case_no_report_without_a_camera_in_use)
+  run("clock=sleep" ${PROBE} idle)
+  expect_result(0)
+  expect_equal(errors "")
+endfunction()
+
+function(case_no_report_when_none_is_wanted)
+  run("clock=sleep report=none" ${PROBE} return)
+  expect_result(0)
+  expect_equal(errors "")
+endfunction()
+
+function(case_report_in_a_file)
+  # Where the file lies is settled at the start: the program goes elsewhere.
+  run("clock=sleep report-file=report.txt" ${PROBE} elsewhere)
+  expect_result(0)
+  expect_equal(errors "")
+  file(READ ${FOLDER}/report.txt report)
+  expect_equal(report "\nSimulated camera\n\n  time simulated: 0.000 s\n  protocol violations: 0\n")
+endfunction()
+
+function(case_report_that_cannot_be_written)
+  run("clock=sleep report-file=no/such/folder" ${PROBE} return)
+  expect_result(0)
+  expect_lines(errors "KELVO_SIM: cannot write ${FOLDER}/no/such/folder\n" "  protocol violations: 0\n")
+  expect_reports(1)
+endfunction()
+
+# Whatever else it exported would get in the way of the program.
+function(case_exports_the_intercepted_names_alone)
+  execute_process(COMMAND ${NM} -D --defined-only --format=just-symbols ${PRELOAD}
+    RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+  expect_result(0)
+  string(REGEX REPLACE "\n$" "" output "${output}")
+  string(REPLACE "\n" ";" output "${output}")
+  list(SORT output)
+  expect_equal(output "clock_nanosleep;close;fclose;fopen;fsync;ftok;ioctl;nanosleep;open;semctl;semget;semop;sleep;system;usleep")
+endfunction()
+
+cmake_language(CALL case_${CASE})
