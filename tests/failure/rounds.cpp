@@ -1,0 +1,242 @@
+#include "failure/rounds.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <iterator>
+#include <sstream>
+
+#include "failure/child.h"
+#include "kelvo.h"
+#include "script/transcript.h"
+
+namespace kelvo::test::failure {
+namespace {
+
+constexpr char parting = '\f';  // between the fields of what a process tells
+
+/// Prints that a failure causes, or fails to cause; all else that is printed is no concern here.
+bool tells_of_failure(const std::string& line) {
+  static const char* const words[] = {"SendCommand Error",  "ReadSpi Error",  "66 Read Checksum",
+                                      "67 Read Checksum",   "ChecksumError:", "open /dev/",
+                                      "Load default"};
+  return std::any_of(std::begin(words), std::end(words), [&](const char* word) {
+    return line.starts_with(std::string("out \"") + word);
+  });
+}
+
+std::string without_dumps(const std::string& transcript) {
+  std::istringstream lines(transcript);
+  std::string text;
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.starts_with("out ") || tells_of_failure(line)) text += line + "\n";
+  }
+  return text;
+}
+
+std::string describe(const Outcome& outcome) {
+  return format("result %lld\nbuffer %s\n", static_cast<long long>(outcome.result),
+                hex(outcome.out).c_str());
+}
+
+/// A record of 32-bit fields 0x11, 0x22, 0x33 ...
+Bytes record(int fields) {
+  Bytes bytes(static_cast<std::size_t>(fields) * 4);
+  for (int i = 0; i < fields; ++i) bytes[4U * i] = static_cast<std::uint8_t>(0x11 * (i + 1));
+  return bytes;
+}
+
+/// Brings the library to where it was when it was loaded, as far as anything does.
+void put_back(Script& script) {
+  SetLensType(7);
+  // Nothing but a failed transfer sets the latch.
+  script.fail(Call::transfer);
+  std::uint8_t reply[4];
+  RecvCommand(0x80, 0, reply);
+  CloseSPI();
+  Release_I2C();
+  hndl = 0;
+}
+
+void set_up(Script& script, const Setting& setting, const Fault& fault,
+            const std::vector<Answer>& answers) {
+  for (const std::uint8_t code : {0x80, 0x85, 0x86}) script.query_reply(code, {1, 2, 3, 4});
+  for (const Answer& answer : answers) script.reply_once({answer.code}, answer.received);
+  script.i2c_register(40, 0x32, {0x56, 0x78});
+  script.file("/bin/DC_S_Cali.dat", record(6));
+  script.file("/bin/DC_S_Cali_T5391.dat", record(6));
+  script.file("/bin/OIS_S_Cali.dat", record(15));
+  script.semaphore(setting.semaphore, 0);
+  if (setting.variant != 0) SetLensType(setting.variant);
+  if (fault.nth != 0) script.fail(fault.call, fault.nth, fault.for_good ? forever : 1, EIO);
+  if (!setting.devices) script.fail(Call::open, 1, forever, ENOENT);
+  script.transcript();
+}
+
+/// The latch is not exported, so it is asked for: it hides the variant at -1, and a query frame goes
+/// out at 0 alone.
+std::string latch(Script& script) {
+  const bool hides_variant = GetLensType() == -1;
+  const int transfers = script.count(Call::transfer);
+  std::uint8_t reply[4] = {};
+  RecvCommand(0x80, 0, reply);
+  const bool query_sent = script.count(Call::transfer) > transfers;
+  if (hides_variant != query_sent) return query_sent ? "0" : "-1";
+  return "undecided";
+}
+
+std::string state(Script& script) {
+  const bool open = fd >= 0;
+  const int link = hndl > 0 ? 1 : hndl;
+  const int variant = gi30516Ver;
+  const std::string text = format(
+      "variant %d\nlatch %s\nlens link %s\npan/tilt link %d\nlock %d\nopen files %d\n", variant,
+      latch(script).c_str(), open ? "open" : "closed", link, script.semaphore_value(),
+      script.open_files());
+  script.transcript();  // of asking
+  return text;
+}
+
+std::vector<int> calls_of(const Script& script) {
+  std::vector<int> calls;
+  for (int i = 0; i < call_kinds; ++i) calls.push_back(script.count(static_cast<Call>(i)));
+  return calls;
+}
+
+/// The library as it was loaded but for what is carried, and the scripted host around it.
+Account play_here(const Scenario& scenario, const Fault& fault, const Carried& carried) {
+  Oracle oracle(scenario.setting, fault, {}, carried);
+  scenario.rule(oracle);
+  Script script;
+  put_back(script);
+  set_up(script, scenario.setting, fault, oracle.answers());
+  const std::vector<int> before = calls_of(script);
+  const Outcome outcome = scenario.call();
+  std::vector<int> calls = calls_of(script);
+  std::transform(calls.begin(), calls.end(), before.begin(), calls.begin(), std::minus<int>());
+  const std::string text = without_dumps(script.transcript()) + describe(outcome);
+  return {text + state(script), calls, ""};
+}
+
+struct Foretold {
+  Account account;
+  Carried carried;
+};
+
+Foretold foretell(const Scenario& scenario, const Fault& fault,
+                  const std::vector<std::string>& frames, const Carried& carried) {
+  Oracle oracle(scenario.setting, fault, frames, carried);
+  const Outcome outcome = scenario.rule(oracle);
+  std::vector<int> calls;
+  for (int i = 0; i < call_kinds; ++i) calls.push_back(oracle.calls(static_cast<Call>(i)));
+  return {{oracle.transcript() + describe(outcome) + oracle.state(), calls, ""}, oracle.carried()};
+}
+
+void play_series(const Scenario& scenario, const Series& series,
+                 const std::vector<std::string>& frames, const Tell& tell) {
+  Carried carried;
+  for (int nth = series.first; nth <= series.last; nth = series.next(nth)) {
+    tell(format("%d\n", nth));
+    const Fault fault = {series.call, nth, series.for_good};
+    const Foretold expected = foretell(scenario, fault, frames, carried);
+    const Account seen = play_here(scenario, fault, carried);
+    carried = expected.carried;
+    if (seen.text != expected.account.text) {
+      tell(parting + seen.text + parting + expected.account.text);
+      return;
+    }
+    if (seen.calls[static_cast<std::size_t>(series.call)] < nth) {
+      tell(std::string(1, parting));
+      return;
+    }
+  }
+}
+
+std::vector<std::string> split(const std::string& text, char separator) {
+  std::istringstream stream(text + separator);
+  std::vector<std::string> fields;
+  for (std::string field; std::getline(stream, field, separator);) fields.push_back(field);
+  return fields;
+}
+
+/// Calls that go through most of what the rounds go through. The driver's device stays closed and the
+/// motors unmoved.
+Outcome each_sort_of_call() {
+  std::uint8_t bytes[5] = {};
+  SetLensType(8);
+  SendCommand(1, 0, 0, 0, 0);
+  SendPT5111CMD(0xCFC0);
+  Load_DC();
+  delay_ms(1);
+  WriteCommand(0xF5, 0, 0, 0);
+  WriteData(0x21, 4, bytes);
+  ReadSpi(0x66, bytes, 5);
+  ResetR2J30516();
+  Init_I2C();
+  SendI2C(40, 0, bytes, 1);
+  ReadI2C(40, 0x32, bytes, 2);
+  return {0, Bytes(2, 0)};
+}
+
+}  // namespace
+
+Report play(const Scenario& scenario, const Series& series,
+            const std::vector<std::string>& frames) {
+  const Told told = in_a_process(
+      [&](const Tell& tell) { play_series(scenario, series, frames, tell); });
+  const std::vector<std::string> fields = split(told.text, parting);
+  const std::vector<std::string> rounds = split(fields[0], '\n');
+  Report report;
+  report.trouble = told.trouble;
+  if (rounds.size() > 1) report.nth = std::atoi(rounds[rounds.size() - 2].c_str());
+  report.complete = fields.size() == 2;
+  if (fields.size() == 3) {
+    report.seen = fields[1];
+    report.expected = fields[2];
+  }
+  return report;
+}
+
+Account play_undisturbed(const Scenario& scenario) {
+  const Told told = in_a_process([&](const Tell& tell) {
+    const Account account = play_here(scenario, {}, {});
+    for (const int calls : account.calls) tell(format("%d\n", calls));
+    tell(parting + account.text);
+  });
+  const std::vector<std::string> fields = split(told.text, parting);
+  if (fields.size() != 2) return {"", {}, "nothing told: " + told.trouble};
+  Account account = {fields[1], {}, told.trouble};
+  for (int i = 0; i < call_kinds; ++i) {
+    account.calls.push_back(std::atoi(split(fields[0], '\n')[static_cast<std::size_t>(i)].c_str()));
+  }
+  return account;
+}
+
+Account foretell_undisturbed(const Scenario& scenario, const std::vector<std::string>& frames) {
+  return foretell(scenario, {}, frames, {}).account;
+}
+
+std::vector<std::string> frames_in(const std::string& text) {
+  std::vector<std::string> frames;
+  for (const std::string& line : split(text, '\n')) {
+    for (const std::string place : {"spi_renesas: ", "spi_pt5111: "}) {
+      if (line.starts_with(place)) frames.push_back(line.substr(place.size()));
+    }
+    if (line.starts_with("i2c ")) frames.push_back(line);
+  }
+  return frames;
+}
+
+void rehearse() {
+  const Scenario scenario = {"", "", as_loaded, each_sort_of_call, [](Oracle& oracle) {
+                               return Outcome{oracle.command()};
+                             }};
+  foretell(scenario, {}, {}, {});
+  play_here(scenario, {}, {});
+  Script script;
+  put_back(script);
+  cMotorPower = 0;
+  script.transcript();
+}
+
+}  // namespace kelvo::test::failure

@@ -1,0 +1,15 @@
+# Runs a command, fails with everything it said, and leaves its output in `output`.
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE said ERROR_VARIABLE complained)
+  if(NOT result EQUAL 0)
+    string(JOIN " " command ${ARGN})
+    message(FATAL_ERROR "${command}\nended with ${result}\n${said}${complained}")
+  endif()
+  set(output "${said}" PARENT_SCOPE)
+endfunction()
+
+function(expect_equal what found expected)
+  if(NOT found STREQUAL expected)
+    message(FATAL_ERROR "${what}: expected\n  ${expected}\nfound\n  ${found}")
+  endif()
+endfunction()
