@@ -9,8 +9,7 @@ namespace {
 namespace commands = wire::command;
 namespace queries = wire::query;
 
-constexpr std::size_t command_checksum = 5;
-constexpr std::size_t query_checksum = 5;
+constexpr std::size_t checksum_place = 5;  // in both frames; only zeros follow
 constexpr std::uint8_t pt5111_select = 2;  // first argument of a passed-on word
 
 struct Value {
@@ -43,14 +42,23 @@ constexpr struct {
     {queries::iris_travel_max, commands::travel_max_x},
 };
 
-/// Whether the byte at this place is the sum of those before it, modulo 256.
-bool judge_checksum(Exchange& exchange, std::size_t place) {
+/// Whether the checksum is the sum of the bytes before it, modulo 256, and nothing comes after it.
+bool judge_form(Exchange& exchange) {
+  const std::span<const std::uint8_t> sent = exchange.sent;
   unsigned sum = 0;
-  for (std::size_t i = 0; i < place; ++i) sum += exchange.sent[i];
+  for (const std::uint8_t byte : sent.first(checksum_place)) sum += byte;
   const unsigned wanted = sum % 256;
-  const unsigned came = exchange.sent[place];
-  if (came != wanted) exchange.violation("checksum %02X, must be %02X", came, wanted);
-  return came == wanted;
+  const unsigned came = sent[checksum_place];
+  if (came != wanted) {
+    exchange.violation("checksum %02X, must be %02X", came, wanted);
+    return false;
+  }
+  for (const std::uint8_t byte : sent.subspan(checksum_place + 1)) {
+    if (byte == 0) continue;
+    exchange.violation("%02X after the checksum, must be 00", byte);
+    return false;
+  }
+  return true;
 }
 
 std::uint16_t word(std::uint8_t high, std::uint8_t low) {
@@ -76,7 +84,7 @@ FrameKind LensProgram::receive(Exchange& exchange, Pt5111& pt5111) {
 void LensProgram::command(Exchange& exchange, Pt5111& pt5111) {
   const auto& sent = exchange.sent;
   const std::uint8_t code = sent[0];
-  if (!judge_checksum(exchange, command_checksum)) return;
+  if (!judge_form(exchange)) return;
   if (wire::find(commands::table, code, module_) == nullptr) {
     exchange.violation("%s's program has no command %d", name_of(module_), code);
     return;
@@ -104,7 +112,7 @@ void LensProgram::pass_on(Exchange& exchange, Pt5111& pt5111) const {
 
 void LensProgram::query(Exchange& exchange) const {
   const std::uint8_t code = exchange.sent[0];
-  if (!judge_checksum(exchange, query_checksum)) return;
+  if (!judge_form(exchange)) return;
   if (wire::find(queries::table, code, module_) == nullptr) {
     exchange.violation("%s's program has no query %02X", name_of(module_), code);
     return;

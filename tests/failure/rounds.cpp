@@ -58,14 +58,17 @@ void put_back(Script& script) {
   hndl = 0;
 }
 
+void write_camera_files(Script& script) {
+  script.file("/bin/DC_S_Cali.dat", record(6));
+  script.file("/bin/DC_S_Cali_T5391.dat", record(6));
+  script.file("/bin/OIS_S_Cali.dat", record(15));
+}
+
 void set_up(Script& script, const Setting& setting, const Fault& fault,
             const std::vector<Answer>& answers) {
   for (const std::uint8_t code : {0x80, 0x85, 0x86}) script.query_reply(code, {1, 2, 3, 4});
   for (const Answer& answer : answers) script.reply_once({answer.code}, answer.received);
   script.i2c_register(40, 0x32, {0x56, 0x78});
-  script.file("/bin/DC_S_Cali.dat", record(6));
-  script.file("/bin/DC_S_Cali_T5391.dat", record(6));
-  script.file("/bin/OIS_S_Cali.dat", record(15));
   script.semaphore(setting.semaphore, 0);
   if (setting.variant != 0) SetLensType(setting.variant);
   if (fault.nth != 0) script.fail(fault.call, fault.nth, fault.for_good ? forever : 1, EIO);
@@ -109,6 +112,7 @@ Account play_here(const Scenario& scenario, const Fault& fault, const Carried& c
   scenario.rule(oracle);
   Script script;
   put_back(script);
+  if (oracle.calls(Call::fopen) > 0) write_camera_files(script);
   set_up(script, scenario.setting, fault, oracle.answers());
   const std::vector<int> before = calls_of(script);
   const Outcome outcome = scenario.call();

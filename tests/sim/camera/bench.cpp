@@ -8,7 +8,7 @@ namespace kelvo::test {
 namespace {
 
 /// Filler that differs from image to image.
-Frame filler(std::size_t size, unsigned seed) {
+Frame filler(std::size_t size, std::size_t seed) {
   Frame bytes(size);
   for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<std::uint8_t>(i * 7 + seed * 31);
   return bytes;
@@ -42,7 +42,7 @@ const std::vector<Image>& images() {
 }
 
 const Image& image(int module, int index) {
-  return images().at(static_cast<std::size_t>((module - 7) * 3 + index));
+  return images().at(static_cast<unsigned>((module - 7) * 3 + index));
 }
 
 sim::camera::CarriedImages carried() {

@@ -115,6 +115,18 @@ TEST(Program, ReportsAWrongChecksumOfAQueryAndAnswersZeros) {
                                        "checksum 86, must be 87"}));
 }
 
+TEST(Program, ReportsBytesAfterTheChecksum) {
+  Bench bench;
+  bench.boot(9);
+  bench.send({0x57, 0, 0, 0x12, 0x34, 0x9D, 1});
+  EXPECT_EQ(bench.send({0x86, 0, 0, 0, 1, 0x87, 0, 0, 0, 0, 0, 2}), Frame(12, 0));
+  EXPECT_EQ(bench.violations(),
+            (Lines{"lens controller | 57 00 00 12 34 9D 01 | 01 after the checksum, must be 00",
+                   "lens controller | 86 00 00 00 01 87 00 00 00 00 00 02 | 02 after the checksum, "
+                   "must be 00"}));
+  EXPECT_NE(bench.query(0xC5), 0x1234);
+}
+
 TEST(Program, ReportsACommandThatItDoesNotKnow) {
   Bench bench;
   bench.boot(9);

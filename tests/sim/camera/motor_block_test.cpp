@@ -72,7 +72,7 @@ TEST_F(MotorBlockTest, MicroStepsGoBackward) {
   boot(8);
   program_zoom(0x640, 8, 0, 10330);
   run_zoom();
-  wait_ns(8 * 144'000);
+  wait_ns(8 * 144'000LL);
   EXPECT_EQ(zoom(), -8);
   EXPECT_EQ(focus(), 0);
 }
@@ -250,7 +250,7 @@ TEST_F(MotorBlockTest, LosesItsRegistersAndStopsItsMotorsInAReset) {
   boot(7);
   program_focus(0x600, 800, 0, 10330);
   run_focus();
-  wait_ns(10 * 144'000);
+  wait_ns(10 * 144'000LL);
   bench.shell_all({"echo 0 > /sys/class/gpio/gpio33/value"});
   wait_ns(1'000'000'000);
   EXPECT_EQ(focus(), 10);

@@ -81,6 +81,19 @@ TEST_P(LibraryBoot, MakesTenAttemptsAfterOneCorruptDownload) {
   EXPECT_EQ(camera.now(), GetParam().time + 9 * 1202ms + 10s);
 }
 
+TEST_P(LibraryBoot, TakesAsLongWhenAllTenAttemptsFail) {
+  InstalledCamera camera("clock=sleep corrupt=1+4+7+10+13+16+19+22+25+28");
+  EXPECT_NE(GetParam().boot(), 0);
+  const auto state = camera.state();
+  ASSERT_EQ(state.boots().total(), 1u);
+  const BootRecord& boot = state.boots().boot(1);
+  EXPECT_EQ(boot.attempts, 10u);
+  ASSERT_EQ(boot.listed().size(), 30u);
+  for (std::size_t i = 0; i < 30; ++i) EXPECT_EQ(boot.listed()[i].intact(), i % 3 != 0) << i;
+  EXPECT_FALSE(boot.runs);
+  EXPECT_EQ(camera.now(), GetParam().time + 9 * 1202ms + 10s);
+}
+
 TEST_P(LibraryBoot, LeavesADeadControllerWhenTheLastAttemptFails) {
   InstalledCamera camera("clock=sleep corrupt=1+28");
   EXPECT_NE(GetParam().boot(), 0);

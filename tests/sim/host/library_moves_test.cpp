@@ -135,7 +135,7 @@ TEST(LibraryMoves, AreReplacedByTheNextOne) {
   InstalledCamera camera;
   ASSERT_EQ(Init30516(), 0);
   setFocusForward(255, 2000);
-  pass(144'000 * 100);
+  pass(144'000 * 100LL);
   setFocusBackward(255, 1);
   pass(1'000'000'000);
   EXPECT_EQ(camera.position(Output::focus_channel), 92);
