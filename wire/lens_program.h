@@ -81,7 +81,7 @@ inline constexpr std::size_t query_reply_length = 4;
 inline constexpr std::uint8_t first_query = 0x80;
 // The two queries whose argument travels in byte 1 instead of byte 2; the second also leaves byte 4 at 0.
 inline constexpr std::uint8_t argument_first_query = 0xA0;
-inline constexpr std::uint8_t sensor_level_query = 0x81;
+inline constexpr std::uint8_t sensor_level_query   = 0x81;
 
 /// The programs that know a code.
 enum class Programs : std::uint8_t { de015 = 1, df033 = 2, t5391 = 4, df033_t5391 = 6, all = 7 };

@@ -17,19 +17,19 @@ struct MotorChannel {
 };
 
 //                                           control  mode  low  high  period  current
-inline constexpr MotorChannel focus_channel{      30,    0,   2,    4,      6,      24};
-inline constexpr MotorChannel zoom_channel{       62,   32,  34,   36,     38,      56};
+inline constexpr MotorChannel focus_channel{30, 0, 2, 4, 6, 24};
+inline constexpr MotorChannel zoom_channel{62, 32, 34, 36, 38, 56};
 
 namespace motor_control {
-inline constexpr std::int16_t stop = 0;
+inline constexpr std::int16_t stop  = 0;
 inline constexpr std::int16_t armed = 3842;
-inline constexpr std::int16_t run = 3850;
+inline constexpr std::int16_t run   = 3850;
 }  // namespace motor_control
 
 namespace motor_mode {
-inline constexpr std::int16_t phase_backward = 0x300;  // 2-2 or 1-2 phase
-inline constexpr std::int16_t phase_forward = 0x340;
-inline constexpr std::int16_t micro_step_forward = 0x600;  // 512 micro-step
+inline constexpr std::int16_t phase_backward      = 0x300;  // 2-2 or 1-2 phase
+inline constexpr std::int16_t phase_forward       = 0x340;
+inline constexpr std::int16_t micro_step_forward  = 0x600;  // 512 micro-step
 inline constexpr std::int16_t micro_step_backward = 0x640;
 }  // namespace motor_mode
 
@@ -43,8 +43,8 @@ inline constexpr RegisterValue motor_block_clock{142, 73};
 inline constexpr RegisterValue motor_block_commit{252, 499};
 
 /// A step-period word is range * 1024 + period; the step clock is 5 MHz / 1024, doubled by each range.
-inline constexpr int step_range_shift = 10;
-inline constexpr std::uint32_t step_period_mask = 1023;
+inline constexpr int step_range_shift               = 10;
+inline constexpr std::uint32_t step_period_mask     = 1023;
 inline constexpr std::int64_t step_clock_millionths = 4'882'812'500;  // millionths of a hertz
 
 }  // namespace kelvo::wire

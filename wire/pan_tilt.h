@@ -6,7 +6,7 @@
 namespace kelvo::wire {
 
 // I2C slave addresses of the two motor controllers.
-inline constexpr std::uint16_t pan_slave = 40;
+inline constexpr std::uint16_t pan_slave  = 40;
 inline constexpr std::uint16_t tilt_slave = 41;
 
 /// Controller families, by the number that the library keeps once it has asked.

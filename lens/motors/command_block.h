@@ -18,8 +18,8 @@ struct CommandBlock {
   std::uint8_t drive;
   std::uint8_t enable;
   std::uint8_t start;
-  std::uint32_t top_rate;     // at speed 255, before the rate scale
-  std::uint32_t rate_scale;   // units of the rate word for each step a second
+  std::uint32_t top_rate;          // at speed 255, before the rate scale
+  std::uint32_t rate_scale;        // units of the rate word for each step a second
   std::uint32_t first_move_delay;  // ms
 };
 

@@ -1,3 +1,5 @@
+#include "wire/pt5111.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -11,7 +13,6 @@
 #include "lens/variant/variant.h"
 #include "wire/lens_program.h"
 #include "wire/paths.h"
-#include "wire/pt5111.h"
 
 std::int32_t cMotorPower = 0;
 

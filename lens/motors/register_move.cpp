@@ -23,7 +23,7 @@ struct RegisterMove {
   std::int16_t backward_mode;
   std::uint32_t count_scale;
   std::uint32_t count_low_mask;
-  const std::uint32_t* periods;  // a step-rate table
+  const std::uint32_t* periods;    // a step-rate table
   std::uint32_t first_move_delay;  // ms
 };
 

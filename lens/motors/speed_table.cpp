@@ -16,7 +16,7 @@ struct DividerBand {
   std::uint32_t last_level;
   std::uint32_t divider;
 };
-constexpr DividerBand bands[] = {{1, 2},  {3, 3},   {6, 4},   {12, 5}, {25, 6},
+constexpr DividerBand bands[] = {{1, 2},  {3, 3},   {6, 4},   {12, 5},  {25, 6},
                                  {50, 7}, {100, 8}, {200, 9}, {255, 10}};
 
 consteval std::uint32_t divider_of(std::uint32_t level) {

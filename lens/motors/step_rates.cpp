@@ -25,7 +25,7 @@ struct RateRule {
   std::int64_t scale_numerator;
   std::int64_t scale_denominator;
   Rounding rounding;
-  std::uint32_t last_step;        // index + 1 beyond which the rate grows no further
+  std::uint32_t last_step;         // index + 1 beyond which the rate grows no further
   std::int64_t longest_undoubled;  // periods in range 0 are cut to this
   std::span<const Run> runs;
 };
@@ -44,8 +44,7 @@ consteval RateTable evaluate(const RateRule& rule) {
                                    : dividend / divisor;
     const bool cut = range == 0 && exact > rule.longest_undoubled;
     const std::int64_t period = cut ? rule.longest_undoubled : exact;
-    table[index] =
-        (range << kelvo::wire::step_range_shift) + static_cast<std::uint32_t>(period);
+    table[index] = (range << kelvo::wire::step_range_shift) + static_cast<std::uint32_t>(period);
   }
   return table;
 }
@@ -74,7 +73,8 @@ consteval RateTables evaluate_all() {
   using enum Rounding;
   return {
       // clock / 64 * 256 / 1320: 64 clock steps a micro-stepped step, 1320 steps a second at the top
-      evaluate({clock_top * 256, clock_bottom * 64 * 1320, half_up, 256, any_period, runs_512_1320}),
+      evaluate(
+          {clock_top * 256, clock_bottom * 64 * 1320, half_up, 256, any_period, runs_512_1320}),
       // clock / 64 * 255 / 960
       evaluate({clock_top * 255, clock_bottom * 64 * 960, down, 229, any_period, runs_512}),
       // clock * 255 / 960
@@ -104,14 +104,13 @@ consteval bool holds(const RateTable& table, std::span<const Check> checks) {
 constexpr Check checks_512_1320[] = {{0, 7091},    {1, 6617},    {8, 6249},    {9, 8571},
                                      {36, 8294},   {37, 10639},  {50, 10537},  {100, 10390},
                                      {128, 10357}, {200, 10315}, {254, 10299}, {255, 10299}};
-constexpr Check checks_512[] = {{0, 5768},    {1, 5444},   {2, 5336},   {3, 6468},
-                                {7, 7492},    {15, 7330},  {16, 8497},  {50, 9419},
-                                {51, 10639},  {100, 10445}, {128, 10400}, {200, 10343},
-                                {228, 10330}, {255, 10330}};
-constexpr Check checks_1_2[] = {{0, 1296},   {3, 324},    {4, 1542},   {6, 1394},  {7, 2696},
+constexpr Check checks_512[] = {{0, 5768},    {1, 5444},    {2, 5336},    {3, 6468},   {7, 7492},
+                                {15, 7330},   {16, 8497},   {50, 9419},   {51, 10639}, {100, 10445},
+                                {128, 10400}, {200, 10343}, {228, 10330}, {255, 10330}};
+constexpr Check checks_1_2[] = {{0, 1296},   {3, 324},    {4, 1542},   {6, 1394},   {7, 2696},
                                 {33, 3377},  {34, 4688},  {102, 5522}, {103, 6942}, {137, 6745},
                                 {138, 8362}, {161, 8192}, {200, 7993}, {254, 7819}, {255, 7819}};
-constexpr Check checks_2_2[] = {{0, 781},    {39, 20},    {40, 5730},  {41, 5715}, {128, 5314},
+constexpr Check checks_2_2[] = {{0, 781},    {39, 20},    {40, 5730},  {41, 5715},  {128, 5314},
                                 {199, 5245}, {200, 7666}, {201, 7663}, {254, 7560}, {255, 7559}};
 constexpr Check checks_1_2_800[] = {{0, 1024},   {9, 156},    {10, 4208},  {11, 4114},
                                     {12, 4034},  {50, 3317},  {100, 3196}, {126, 3170},
@@ -133,14 +132,14 @@ extern RateTables kelvo_step_rate_tables;
 
 // Compilers and linkers do not keep separate arrays in order, so the exported names are five places in
 // the one object above.
-#define KELVO_TABLE(name, offset)                    \
-  ".globl " #name "\n.type " #name ", %object\n"     \
-  ".size " #name ", 1024\n"                          \
+#define KELVO_TABLE(name, offset)  \
+  ".globl " #name "\n.type " #name \
+  ", %object\n"                    \
+  ".size " #name                   \
+  ", 1024\n"                       \
   ".set " #name ", kelvo_step_rate_tables + " #offset "\n"
-__asm__(KELVO_TABLE(PPS_512uStepPhase1320, 0)
-        KELVO_TABLE(PPS_512uStepPhase, 1024)
-        KELVO_TABLE(PPS_1_2Phase, 2048)
-        KELVO_TABLE(PPS_2_2Phase, 3072)
-        KELVO_TABLE(PPS_1_2Phase_800, 4096));
+__asm__(KELVO_TABLE(PPS_512uStepPhase1320, 0) KELVO_TABLE(PPS_512uStepPhase, 1024)
+            KELVO_TABLE(PPS_1_2Phase, 2048) KELVO_TABLE(PPS_2_2Phase, 3072)
+                KELVO_TABLE(PPS_1_2Phase_800, 4096));
 #undef KELVO_TABLE
 static_assert(sizeof(RateTables) == 5 * 1024);

@@ -102,7 +102,8 @@ std::uint32_t setZoom1uBackward(std::uint8_t speed, std::int32_t steps) {
   switch (kelvo::lens::lens_module()) {
     // Alone of all moves, this one leaves the busy mask untouched where it sends something (deliberate).
     case LensModule::de015: return move_zoom1(zoom1_ubackward, speed, count);
-    case LensModule::df033: return move_zoom1(zoom1_ubackward, speed, steps < 0 ? 0U - count : count);
+    case LensModule::df033:
+      return move_zoom1(zoom1_ubackward, speed, steps < 0 ? 0U - count : count);
     default: return busy_move_zoom1(zoom1_ubackward, speed, count);
   }
 }

@@ -9,8 +9,8 @@
 
 namespace {
 
-using kelvo::lens::LensModule;
 using kelvo::lens::lens_module;
+using kelvo::lens::LensModule;
 using kelvo::ois::Field;
 using kelvo::ois::iris_fields;
 using kelvo::ois::IrisRecord;

@@ -95,8 +95,7 @@ std::int32_t ReadI2C(std::uint16_t slave, std::uint8_t reg, std::uint8_t* buffer
 }
 
 std::int32_t ReadI2C_M(std::uint16_t slave, std::uint8_t reg, const std::uint8_t* more,
-                       std::uint32_t write_length, std::uint8_t* buffer,
-                       std::int32_t read_length) {
+                       std::uint32_t write_length, std::uint8_t* buffer, std::int32_t read_length) {
   Buffer written{};
   Buffer read{};
   if (hndl < 0) return -1;

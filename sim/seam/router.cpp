@@ -160,8 +160,9 @@ key_t ftok(const char* path, int project) {
 
 int semget(key_t key, int members, int flags) {
   Host* const host = installed_host.load();
-  const Answer answer =
-      host != nullptr ? host->semaphore_get(static_cast<std::uint32_t>(key), members, flags) : Answer{};
+  const Answer answer = host != nullptr
+                            ? host->semaphore_get(static_cast<std::uint32_t>(key), members, flags)
+                            : Answer{};
   return answer ? libc_result(*answer) : real().semget(key, members, flags);
 }
 

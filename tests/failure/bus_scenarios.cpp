@@ -70,7 +70,8 @@ constexpr Scenario rows[] = {
        oracle.set_speed(250'000);
        return Outcome{0};
      }},
-    {"setSPISpeed", "without_device", without_device, [] { return Outcome{setSPISpeed(1'000'000)}; },
+    {"setSPISpeed", "without_device", without_device,
+     [] { return Outcome{setSPISpeed(1'000'000)}; },
      [](Oracle& oracle) {
        oracle.set_speed(1'000'000);
        return Outcome{0};

@@ -30,7 +30,8 @@ std::string code_of(const std::string& header) {
     const std::string_view rest = std::string_view(header).substr(at);
     std::size_t left_out = 0;
     if (rest.starts_with("/*")) left_out = std::min(rest.find("*/"), rest.size() - 2) + 2;
-    if (rest.starts_with("//") || rest.starts_with("#")) left_out = std::min(rest.find('\n'), rest.size());
+    if (rest.starts_with("//") || rest.starts_with("#"))
+      left_out = std::min(rest.find('\n'), rest.size());
     if (left_out == 0) code += header[at];
     at += std::max<std::size_t>(left_out, 1);
   }

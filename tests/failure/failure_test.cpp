@@ -99,8 +99,8 @@ class FailureAsInput : public testing::Test {
       ASSERT_LE(nth, most_calls);
       if (kind.life == Life::of_a_round) series.first = series.last = nth;
       const Report report = play(scenario_, series, frames_);
-      SCOPED_TRACE(format("%s number %d fails %s", kind.name, report.nth,
-                          for_good ? "for good" : "once"));
+      SCOPED_TRACE(
+          format("%s number %d fails %s", kind.name, report.nth, for_good ? "for good" : "once"));
       EXPECT_EQ(report.trouble, "");
       EXPECT_EQ(report.seen, report.expected);
       complete = report.complete;

@@ -197,7 +197,8 @@ std::int64_t Oracle::driver_word(int count) {
   std::int64_t result = 0;
   for (int i = 0; i < count; ++i, ++frame_) {
     if (!carried_.driver_open) {
-      carried_.driver_open = happens(Call::open, "open /dev/spi_pt5111", setting_.devices ? 0 : ENOENT);
+      carried_.driver_open =
+          happens(Call::open, "open /dev/spi_pt5111", setting_.devices ? 0 : ENOENT);
     }
     if (!carried_.driver_open) {
       lines_.push_back("err " + quoted(complaint));

@@ -17,8 +17,8 @@ constexpr char parting = '\f';  // between the fields of what a process tells
 
 /// Prints that a failure causes, or fails to cause; all else that is printed is no concern here.
 bool tells_of_failure(const std::string& line) {
-  static const char* const words[] = {"SendCommand Error",  "ReadSpi Error",  "66 Read Checksum",
-                                      "67 Read Checksum",   "ChecksumError:", "open /dev/",
+  static const char* const words[] = {"SendCommand Error", "ReadSpi Error",  "66 Read Checksum",
+                                      "67 Read Checksum",  "ChecksumError:", "open /dev/",
                                       "Load default"};
   return std::any_of(std::begin(words), std::end(words), [&](const char* word) {
     return line.starts_with(std::string("out \"") + word);
@@ -92,10 +92,10 @@ std::string state(Script& script) {
   const bool open = fd >= 0;
   const int link = hndl > 0 ? 1 : hndl;
   const int variant = gi30516Ver;
-  const std::string text = format(
-      "variant %d\nlatch %s\nlens link %s\npan/tilt link %d\nlock %d\nopen files %d\n", variant,
-      latch(script).c_str(), open ? "open" : "closed", link, script.semaphore_value(),
-      script.open_files());
+  const std::string text =
+      format("variant %d\nlatch %s\nlens link %s\npan/tilt link %d\nlock %d\nopen files %d\n",
+             variant, latch(script).c_str(), open ? "open" : "closed", link,
+             script.semaphore_value(), script.open_files());
   script.transcript();  // of asking
   return text;
 }
@@ -186,8 +186,8 @@ Outcome each_sort_of_call() {
 
 Report play(const Scenario& scenario, const Series& series,
             const std::vector<std::string>& frames) {
-  const Told told = in_a_process(
-      [&](const Tell& tell) { play_series(scenario, series, frames, tell); });
+  const Told told =
+      in_a_process([&](const Tell& tell) { play_series(scenario, series, frames, tell); });
   const std::vector<std::string> fields = split(told.text, parting);
   const std::vector<std::string> rounds = split(fields[0], '\n');
   Report report;
@@ -232,9 +232,8 @@ std::vector<std::string> frames_in(const std::string& text) {
 }
 
 void rehearse() {
-  const Scenario scenario = {"", "", as_loaded, each_sort_of_call, [](Oracle& oracle) {
-                               return Outcome{oracle.command()};
-                             }};
+  const Scenario scenario = {"", "", as_loaded, each_sort_of_call,
+                             [](Oracle& oracle) { return Outcome{oracle.command()}; }};
   foretell(scenario, {}, {}, {});
   play_here(scenario, {}, {});
   Script script;

@@ -22,8 +22,8 @@ struct Scenario {
   const char* function;      // the exported name
   const char* circumstance;  // what tells this row from the function's others, or ""
   Setting setting;
-  Outcome (*call)();          // calls the library
-  Outcome (*rule)(Oracle&);   // tells the oracle what that call must do
+  Outcome (*call)();         // calls the library
+  Outcome (*rule)(Oracle&);  // tells the oracle what that call must do
 };
 
 // The table's parts.

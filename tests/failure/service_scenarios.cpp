@@ -12,8 +12,9 @@ constexpr std::uint8_t query_frame[5] = {0x80, 5, 0, 0, 0};
 Outcome version() {
   std::uint32_t version = 0xEEEEEEEE;
   const std::uint8_t result = getVersion(&version);
-  return {result, {static_cast<std::uint8_t>(version >> 16), static_cast<std::uint8_t>(version >> 8),
-                   static_cast<std::uint8_t>(version)}};
+  return {result,
+          {static_cast<std::uint8_t>(version >> 16), static_cast<std::uint8_t>(version >> 8),
+           static_cast<std::uint8_t>(version)}};
 }
 
 Outcome version_rule(Oracle& oracle) {

@@ -76,9 +76,8 @@ std::optional<int> Neighbour::hear() {
 
 bool Neighbour::ends() {
   int status = -1;
-  const bool ended = eventually([&] {
-    return process_ > 0 && waitpid(process_, &status, WNOHANG) == process_;
-  });
+  const bool ended =
+      eventually([&] { return process_ > 0 && waitpid(process_, &status, WNOHANG) == process_; });
   if (ended) process_ = -1;
   return ended && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }

@@ -55,8 +55,7 @@ TEST(LockWords, StandForUnbrokenRunsOnly) {
   const Lines broken = {"ftok /lib/libkelvo.so 0", "semget 0x4b454c56 0 0", "usleep 1",
                         "semop 0/UNDO +1/UNDO"};
   EXPECT_EQ(with_lock_words(broken), broken);
-  const Lines turned = {"semget 0x4b454c56 0 0", "ftok /lib/libkelvo.so 0",
-                        "semop 0/UNDO +1/UNDO"};
+  const Lines turned = {"semget 0x4b454c56 0 0", "ftok /lib/libkelvo.so 0", "semop 0/UNDO +1/UNDO"};
   EXPECT_EQ(with_lock_words(turned), turned);
   const Lines cut_short = {"ftok /lib/libkelvo.so 0", "semget 0x4b454c56 0 0"};
   EXPECT_EQ(with_lock_words(cut_short), cut_short);
@@ -76,11 +75,10 @@ TEST(LockWords, StandForNoOtherKeyFlagsOrOperations) {
 }
 
 TEST(LockWords, LeaveTheirNeighboursAlone) {
-  const Lines lines = {"ftok /lib/libkelvo.so 0", "ftok /lib/libkelvo.so 0",
-                       "semget 0x4b454c56 0 0",   "semop 0/UNDO +1/UNDO",
-                       "ftok /lib/libkelvo.so 0", "semget 0x4b454c56 0 0",
-                       "semctl GETVAL",           "semop -1/UNDO",
-                       "semctl GETVAL"};
+  const Lines lines = {
+      "ftok /lib/libkelvo.so 0", "ftok /lib/libkelvo.so 0", "semget 0x4b454c56 0 0",
+      "semop 0/UNDO +1/UNDO",    "ftok /lib/libkelvo.so 0", "semget 0x4b454c56 0 0",
+      "semctl GETVAL",           "semop -1/UNDO",           "semctl GETVAL"};
   EXPECT_EQ(with_lock_words(lines),
             (Lines{"ftok /lib/libkelvo.so 0", "lock", "unlock", "semctl GETVAL"}));
 }

@@ -59,8 +59,8 @@ struct Reply {
 
 /// The fate of a call: nothing, or a result that the test has set.
 struct Fate {
-  int value = 0;       // a negative one is an error number
-  std::string note;    // " -> EIO"
+  int value = 0;     // a negative one is an error number
+  std::string note;  // " -> EIO"
 };
 
 }  // namespace
@@ -131,7 +131,8 @@ class Script::Impl final : public sim::Host {
 
   Answer delay(sim::SleepCall call, std::chrono::nanoseconds time) override {
     if (call == sim::SleepCall::sleep) {
-      return finish(Call::sleep, format("sleep %ld", static_cast<long>(time.count() / 1'000'000'000)), 0);
+      return finish(Call::sleep,
+                    format("sleep %ld", static_cast<long>(time.count() / 1'000'000'000)), 0);
     }
     return finish(Call::usleep, format("usleep %ld", static_cast<long>(time.count() / 1000)), 0);
   }
@@ -183,7 +184,8 @@ class Script::Impl final : public sim::Host {
 
   std::optional<sim::FileAnswer> file(const char* path, const char* mode) override {
     const std::string name = path;
-    if (!name.starts_with("/bin/") && !name.starts_with("/mnt/nand/") && !name.starts_with("/tmp/")) {
+    if (!name.starts_with("/bin/") && !name.starts_with("/mnt/nand/") &&
+        !name.starts_with("/tmp/")) {
       return {};
     }
     if (name.find("_Cali") == std::string::npos) return {};
@@ -191,8 +193,8 @@ class Script::Impl final : public sim::Host {
     std::string shown_mode = mode;
     std::erase(shown_mode, 'b');
     const bool known = writing || std::filesystem::exists(real_path(name));
-    const int result = finish(Call::fopen, format("fopen %s %s", path, shown_mode.c_str()),
-                              known ? 0 : -ENOENT);
+    const int result =
+        finish(Call::fopen, format("fopen %s %s", path, shown_mode.c_str()), known ? 0 : -ENOENT);
     if (result < 0) return sim::FileAnswer{result, {}};
     ++open_files_;
     return sim::FileAnswer{0, real_path(name)};
@@ -261,8 +263,9 @@ class Script::Impl final : public sim::Host {
     const auto deliver = [&](const Bytes& bytes) {
       std::copy_n(bytes.begin(), std::min(bytes.size(), received.size()), received.begin());
     };
-    const auto once = std::find_if(once_.begin(), once_.end(),
-                                   [&](const Reply& reply) { return begins_with(sent, reply.sent); });
+    const auto once = std::find_if(once_.begin(), once_.end(), [&](const Reply& reply) {
+      return begins_with(sent, reply.sent);
+    });
     if (once != once_.end()) {
       deliver(once->received);
       once_.erase(once);

@@ -53,15 +53,28 @@ using Bytes = std::vector<std::uint8_t>;
 
 /// The kinds of calls that can be made to fail.
 enum class Call : std::uint8_t {
-  open, close, transfer, speed, i2c, usleep, sleep, system,
-  ftok, semget, semctl, semop, fopen, fsync, calloc,
+  open,
+  close,
+  transfer,
+  speed,
+  i2c,
+  usleep,
+  sleep,
+  system,
+  ftok,
+  semget,
+  semctl,
+  semop,
+  fopen,
+  fsync,
+  calloc,
 };
 
 inline constexpr int forever = -1;
 
 class Script {
  public:
-  Script();   // takes the kernel's place and captures standard output and standard error
+  Script();  // takes the kernel's place and captures standard output and standard error
   ~Script();
   Script(const Script&) = delete;
   Script& operator=(const Script&) = delete;

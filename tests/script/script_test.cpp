@@ -26,8 +26,8 @@ int open_lens() { return open("/dev/spi_renesas", O_RDWR); }
 /// Sends the bytes on a descriptor; what came in is in `received`.
 int send(int descriptor, const Bytes& sent, Bytes* received = nullptr) {
   Bytes room(sent.size(), 0xEE);
-  kelvo::wire::SpiTransfer record{sent.data(), room.data(),
-                                  static_cast<std::uint32_t>(sent.size()), 0};
+  kelvo::wire::SpiTransfer record{sent.data(), room.data(), static_cast<std::uint32_t>(sent.size()),
+                                  0};
   const int result = ioctl(descriptor, kelvo::wire::spi_transfer_request, &record);
   if (received != nullptr) *received = room;
   return result;

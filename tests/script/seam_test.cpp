@@ -184,7 +184,8 @@ TEST(Seam, RefusesI2cRequestsBeyondTheKernelsBounds) {
   Script script;
   const int link = open("/dev/i2c-2", O_RDWR);
   std::vector<std::uint8_t> bytes(8193);
-  std::vector<i2c_msg> messages(I2C_RDWR_IOCTL_MAX_MSGS + 1, i2c_msg{40, I2C_M_RD, 1, bytes.data()});
+  std::vector<i2c_msg> messages(I2C_RDWR_IOCTL_MAX_MSGS + 1,
+                                i2c_msg{40, I2C_M_RD, 1, bytes.data()});
   i2c_rdwr_ioctl_data request = {messages.data(), I2C_RDWR_IOCTL_MAX_MSGS + 1};
   EXPECT_EQ(ioctl(link, I2C_RDWR, &request), -1);
   EXPECT_EQ(errno, EINVAL);
