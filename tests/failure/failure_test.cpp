@@ -19,7 +19,6 @@ using kelvo::test::failure::frames_in;
 using kelvo::test::failure::name_of;
 using kelvo::test::failure::play;
 using kelvo::test::failure::play_undisturbed;
-using kelvo::test::failure::rehearse;
 using kelvo::test::failure::Report;
 using kelvo::test::failure::Scenario;
 using kelvo::test::failure::Series;
@@ -73,7 +72,6 @@ class FailureAsInput : public testing::Test {
 
  private:
   void TestBody() override {
-    rehearse();
     learn_frames();
     for (const Kind& kind : kinds_) {
       for (const bool for_good : {false, true}) fail_in_turn(kind, for_good);

@@ -163,25 +163,6 @@ std::vector<std::string> split(const std::string& text, char separator) {
   return fields;
 }
 
-/// Calls that go through most of what the rounds go through. The driver's device stays closed and the
-/// motors unmoved.
-Outcome each_sort_of_call() {
-  std::uint8_t bytes[5] = {};
-  SetLensType(8);
-  SendCommand(1, 0, 0, 0, 0);
-  SendPT5111CMD(0xCFC0);
-  Load_DC();
-  delay_ms(1);
-  WriteCommand(0xF5, 0, 0, 0);
-  WriteData(0x21, 4, bytes);
-  ReadSpi(0x66, bytes, 5);
-  ResetR2J30516();
-  Init_I2C();
-  SendI2C(40, 0, bytes, 1);
-  ReadI2C(40, 0x32, bytes, 2);
-  return {0, Bytes(2, 0)};
-}
-
 }  // namespace
 
 Report play(const Scenario& scenario, const Series& series,
@@ -229,17 +210,6 @@ std::vector<std::string> frames_in(const std::string& text) {
     if (line.starts_with("i2c ")) frames.push_back(line);
   }
   return frames;
-}
-
-void rehearse() {
-  const Scenario scenario = {"", "", as_loaded, each_sort_of_call,
-                             [](Oracle& oracle) { return Outcome{oracle.command()}; }};
-  foretell(scenario, {}, {}, {});
-  play_here(scenario, {}, {});
-  Script script;
-  put_back(script);
-  cMotorPower = 0;
-  script.transcript();
 }
 
 }  // namespace kelvo::test::failure

@@ -41,10 +41,6 @@ Account foretell_undisturbed(const Scenario& scenario, const std::vector<std::st
 /// The frames in an account's text, in order.
 std::vector<std::string> frames_in(const std::string& text);
 
-/// Makes each sort of call once and leaves the library as it was loaded. The processes of the rounds
-/// then inherit what has been looked up and translated: under an emulator most of their time.
-void rehearse();
-
 }  // namespace kelvo::test::failure
 
 #endif

@@ -17,7 +17,7 @@ def undefined(*nm_arguments):
     """The undefined symbols' names, without their versions."""
     lines = project.output_of(project.setting("nm"), "--undefined-only", "--format=posix",
                               *nm_arguments).splitlines()
-    return {line.split()[0].split("@")[0] for line in lines if not line.rstrip().endswith(":")}
+    return {line.split()[0].split("@")[0] for line in lines if line.strip() and not line.rstrip().endswith(":")}
 
 
 class Needs(unittest.TestCase):
