@@ -19,5 +19,10 @@ else()
 endif()
 
 # Most of a test's build time is this header.
-set_property(TARGET GTest::gtest_main PROPERTY
+if(TARGET gtest_main)
+  set(kelvo_gtest_main gtest_main)  # a target that is built here has the other name as an alias
+else()
+  set(kelvo_gtest_main GTest::gtest_main)
+endif()
+set_property(TARGET ${kelvo_gtest_main} PROPERTY
   INTERFACE_PRECOMPILE_HEADERS "$<$<COMPILE_LANGUAGE:CXX>:<gtest/gtest.h$<ANGLE-R>>")

@@ -142,4 +142,4 @@ __asm__(KELVO_TABLE(PPS_512uStepPhase1320, 0) KELVO_TABLE(PPS_512uStepPhase, 102
             KELVO_TABLE(PPS_1_2Phase, 2048) KELVO_TABLE(PPS_2_2Phase, 3072)
                 KELVO_TABLE(PPS_1_2Phase_800, 4096));
 #undef KELVO_TABLE
-static_assert(sizeof(RateTables) == 5 * 1024);
+static_assert(sizeof(RateTable) == 1024 && sizeof(RateTables) == 5120);

@@ -46,7 +46,7 @@ class Messages {
 /// The register byte and the bytes behind it; a length counts both and can be 0 or less.
 void fill(Buffer& buffer, std::uint8_t reg, const std::uint8_t* data, std::uint32_t length) {
   buffer[0] = reg;
-  const std::int32_t behind = static_cast<std::int32_t>(length - 1U);
+  const auto behind = static_cast<std::int32_t>(length - 1U);
   if (behind > 0) std::memcpy(&buffer[1], data, static_cast<std::size_t>(behind));
 }
 

@@ -13,7 +13,7 @@ constexpr Setting fresh_system = {.semaphore = false};
 constexpr Setting without_device = {.devices = false};
 constexpr Setting de015_without_device = {.variant = 7, .devices = false};
 
-// The bytes that the scripted controller answers to these frames are set in round.cpp.
+// The bytes that the scripted controller answers to these frames are set in rounds.cpp.
 Outcome received(Oracle::Query query) {
   if (!query.written) return {query.result, Bytes(4, untouched)};
   return {query.result, query.answered ? Bytes{1, 2, 3, 4} : Bytes(4, 0)};
