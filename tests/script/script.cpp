@@ -45,7 +45,8 @@ const char* name_of(Device device) {
 
 std::string place(Device device, int descriptor) {
   if (device == Device::none) return format("fd %d: ", descriptor);
-  return std::string(name_of(device) + sizeof "/dev/" - 1) + ": ";
+  const std::string path = name_of(device);
+  return path.substr(path.rfind('/') + 1) + ": ";
 }
 
 bool begins_with(std::span<const std::uint8_t> bytes, const Bytes& prefix) {
@@ -341,8 +342,8 @@ void Script::reply_once(const Bytes& sent, const Bytes& received) {
 namespace {
 
 Bytes query_frame(const Bytes& four) {
-  Bytes received(7, 0);
-  received.insert(received.end(), four.begin(), four.end());
+  Bytes received(7 + four.size(), 0);
+  std::copy(four.begin(), four.end(), received.begin() + 7);
   return received;
 }
 
