@@ -50,6 +50,7 @@ Told in_a_process(const std::function<void(const Tell&)>& work) {
   if (child == 0) {
     alarm(longest_life);
     if (__sanitizer_set_report_fd != nullptr) {
+      // NOLINTNEXTLINE(performance-no-int-to-ptr): this is how the interface takes a descriptor
       __sanitizer_set_report_fd(reinterpret_cast<void*>(static_cast<long>(dup(STDERR_FILENO))));
     }
     work([&](const std::string& text) { write_all(ends[1], text); });

@@ -41,8 +41,10 @@ std::string describe(const Outcome& outcome) {
 
 /// A record of 32-bit fields 0x11, 0x22, 0x33 ...
 Bytes record(int fields) {
-  Bytes bytes(static_cast<std::size_t>(fields) * 4);
-  for (int i = 0; i < fields; ++i) bytes[4U * i] = static_cast<std::uint8_t>(0x11 * (i + 1));
+  Bytes bytes;
+  for (int i = 1; i <= fields; ++i) {
+    for (const int byte : {0x11 * i, 0, 0, 0}) bytes.push_back(static_cast<std::uint8_t>(byte));
+  }
   return bytes;
 }
 
@@ -100,10 +102,11 @@ std::string state(Script& script) {
   return text;
 }
 
-std::vector<int> calls_of(const Script& script) {
-  std::vector<int> calls;
-  for (int i = 0; i < call_kinds; ++i) calls.push_back(script.count(static_cast<Call>(i)));
-  return calls;
+template <typename Count>
+std::vector<int> each_kind(const Count& count) {
+  std::vector<int> numbers(call_kinds);
+  for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = count(static_cast<Call>(i));
+  return numbers;
 }
 
 /// The library as it was loaded but for what is carried, and the scripted host around it.
@@ -114,10 +117,10 @@ Account play_here(const Scenario& scenario, const Fault& fault, const Carried& c
   put_back(script);
   if (oracle.calls(Call::fopen) > 0) write_camera_files(script);
   set_up(script, scenario.setting, fault, oracle.answers());
-  const std::vector<int> before = calls_of(script);
+  const std::vector<int> before = each_kind([&](Call call) { return script.count(call); });
   const Outcome outcome = scenario.call();
-  std::vector<int> calls = calls_of(script);
-  std::transform(calls.begin(), calls.end(), before.begin(), calls.begin(), std::minus<int>());
+  const std::vector<int> calls = each_kind(
+      [&](Call call) { return script.count(call) - before[static_cast<std::size_t>(call)]; });
   const std::string text = without_dumps(script.transcript()) + describe(outcome);
   return {text + state(script), calls, ""};
 }
@@ -131,8 +134,7 @@ Foretold foretell(const Scenario& scenario, const Fault& fault,
                   const std::vector<std::string>& frames, const Carried& carried) {
   Oracle oracle(scenario.setting, fault, frames, carried);
   const Outcome outcome = scenario.rule(oracle);
-  std::vector<int> calls;
-  for (int i = 0; i < call_kinds; ++i) calls.push_back(oracle.calls(static_cast<Call>(i)));
+  const std::vector<int> calls = each_kind([&](Call call) { return oracle.calls(call); });
   return {{oracle.transcript() + describe(outcome) + oracle.state(), calls, ""}, oracle.carried()};
 }
 
@@ -156,6 +158,10 @@ void play_series(const Scenario& scenario, const Series& series,
   }
 }
 
+int number(const std::string& text) {
+  return static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
+}
+
 std::vector<std::string> split(const std::string& text, char separator) {
   std::istringstream stream(text + separator);
   std::vector<std::string> fields;
@@ -173,7 +179,7 @@ Report play(const Scenario& scenario, const Series& series,
   const std::vector<std::string> rounds = split(fields[0], '\n');
   Report report;
   report.trouble = told.trouble;
-  if (rounds.size() > 1) report.nth = std::atoi(rounds[rounds.size() - 2].c_str());
+  if (rounds.size() > 1) report.nth = number(rounds[rounds.size() - 2]);
   report.complete = fields.size() == 2;
   if (fields.size() == 3) {
     report.seen = fields[1];
@@ -190,11 +196,10 @@ Account play_undisturbed(const Scenario& scenario) {
   });
   const std::vector<std::string> fields = split(told.text, parting);
   if (fields.size() != 2) return {"", {}, "nothing told: " + told.trouble};
-  Account account = {fields[1], {}, told.trouble};
-  for (int i = 0; i < call_kinds; ++i) {
-    account.calls.push_back(std::atoi(split(fields[0], '\n')[static_cast<std::size_t>(i)].c_str()));
-  }
-  return account;
+  const std::vector<std::string> calls = split(fields[0], '\n');
+  return {fields[1],
+          each_kind([&](Call call) { return number(calls[static_cast<std::size_t>(call)]); }),
+          told.trouble};
 }
 
 Account foretell_undisturbed(const Scenario& scenario, const std::vector<std::string>& frames) {
