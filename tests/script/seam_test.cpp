@@ -153,7 +153,8 @@ TEST(Seam, LetsEverythingThroughToAHostThatAnswersNothing) {
   EXPECT_EQ(ftok(kelvo::wire::lock_key_path, 0),
             kelvo::sim::real().ftok(kelvo::wire::lock_key_path, 0));
   EXPECT_EQ(send(-1, 5), -1);
-  EXPECT_EQ(errno, EBADF);
+  // The user-mode emulator does not know the request and says so.
+  EXPECT_TRUE(errno == EBADF || errno == ENOSYS) << errno;
   EXPECT_EQ(fsync(-1), -1);
   EXPECT_EQ(errno, EBADF);
   EXPECT_EQ(open("/dev/spi_renesas/nothing", O_RDWR), -1);
