@@ -138,24 +138,32 @@ Foretold foretell(const Scenario& scenario, const Fault& fault,
   return {{oracle.transcript() + describe(outcome) + oracle.state(), calls, ""}, oracle.carried()};
 }
 
-void play_series(const Scenario& scenario, const Series& series,
-                 const std::vector<std::string>& frames, const Tell& tell) {
-  Carried carried;
+/// Whether the last round met no failure; false as well after a round that went against the rules.
+bool play_series(const Scenario& scenario, const Series& series,
+                 const std::vector<std::string>& frames, Carried& carried, const Tell& tell) {
   for (int nth = series.first; nth <= series.last; nth = series.next(nth)) {
-    tell(format("%d\n", nth));
+    tell(
+        format("%s number %d fails %s\n", series.name, nth, series.for_good ? "for good" : "once"));
     const Fault fault = {series.call, nth, series.for_good};
     const Foretold expected = foretell(scenario, fault, frames, carried);
     const Account seen = play_here(scenario, fault, carried);
     carried = expected.carried;
     if (seen.text != expected.account.text) {
       tell(parting + seen.text + parting + expected.account.text);
-      return;
+      return false;
     }
-    if (seen.calls[static_cast<std::size_t>(series.call)] < nth) {
-      tell(std::string(1, parting));
-      return;
-    }
+    if (seen.calls[static_cast<std::size_t>(series.call)] < nth) return true;
   }
+  return false;
+}
+
+void play_all(const Scenario& scenario, const std::vector<Series>& all,
+              const std::vector<std::string>& frames, const Tell& tell) {
+  Carried carried;
+  for (const Series& series : all) {
+    if (!play_series(scenario, series, frames, carried, tell)) return;
+  }
+  tell(std::string(1, parting));
 }
 
 int number(const std::string& text) {
@@ -171,16 +179,16 @@ std::vector<std::string> split(const std::string& text, char separator) {
 
 }  // namespace
 
-Report play(const Scenario& scenario, const Series& series,
+Report play(const Scenario& scenario, const std::vector<Series>& series,
             const std::vector<std::string>& frames) {
   const Told told =
-      in_a_process([&](const Tell& tell) { play_series(scenario, series, frames, tell); });
+      in_a_process([&](const Tell& tell) { play_all(scenario, series, frames, tell); });
   const std::vector<std::string> fields = split(told.text, parting);
   const std::vector<std::string> rounds = split(fields[0], '\n');
   Report report;
-  report.trouble = told.trouble;
-  if (rounds.size() > 1) report.nth = number(rounds[rounds.size() - 2]);
   report.complete = fields.size() == 2;
+  report.trouble = told.trouble;
+  if (rounds.size() > 1) report.round = rounds[rounds.size() - 2];
   if (fields.size() == 3) {
     report.seen = fields[1];
     report.expected = fields[2];
