@@ -52,10 +52,8 @@ std::uint8_t SendCommand(std::uint8_t cmd, std::uint8_t a1, std::uint8_t a2, std
 
 std::uint8_t RecvCommand(std::uint8_t cmd, std::uint8_t a1, std::uint8_t* out) {
   InitSPI();
-  const bool argument_first = cmd == wire::argument_first_query || cmd == wire::sensor_level_query;
-  const std::uint8_t marker = cmd == wire::sensor_level_query ? 0 : 1;
-  FrameBuffer transmit{cmd, 0, 0, 0, marker};
-  transmit[argument_first ? 1 : 2] = a1;
+  FrameBuffer transmit{cmd, 0, 0, 0, wire::query::marker(cmd)};
+  transmit[wire::query::argument_first(cmd) ? 1 : 2] = a1;
   transmit[5] = checksum(transmit, 5);
   FrameBuffer receive{};
   // No bus lock and no retry: the one transfer on the device that goes unlocked (deliberate).

@@ -13,7 +13,12 @@ add_library(kelvo_objects OBJECT
   lens/boot/boot.cpp
   lens/boot/download.cpp
   lens/motors/command_block.cpp
+  lens/motors/counters.cpp
+  lens/motors/iris_and_filter.cpp
   lens/motors/motor_state.cpp
+  lens/motors/motor_status.cpp
+  lens/motors/photo_interrupters.cpp
+  lens/motors/power_off.cpp
   lens/motors/pt5111.cpp
   lens/motors/register_move.cpp
   lens/motors/speed_table.cpp
@@ -21,7 +26,23 @@ add_library(kelvo_objects OBJECT
   lens/motors/stepping.cpp
   lens/variant/variant.cpp
   ois/calibration/calibration_files.cpp
-  pantilt/link/i2c_link.cpp)
+  ois/calibration/measuring.cpp
+  ois/quality_check/quality_check.cpp
+  ois/stabiliser/stabiliser.cpp
+  pantilt/controller/axis.cpp
+  pantilt/controller/current.cpp
+  pantilt/controller/family.cpp
+  pantilt/controller/limits.cpp
+  pantilt/controller/position_scale.cpp
+  pantilt/controller/queries.cpp
+  pantilt/controller/set_up.cpp
+  pantilt/controller/state_commands.cpp
+  pantilt/link/i2c_link.cpp
+  pantilt/motion/distance_rules.cpp
+  pantilt/motion/moves.cpp
+  pantilt/motion/pan_schedule.cpp
+  pantilt/motion/register_sets.cpp
+  pantilt/motion/tilt_schedule.cpp)
 target_include_directories(kelvo_objects
   PRIVATE ${PROJECT_SOURCE_DIR}
   PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)
@@ -56,6 +77,8 @@ target_link_options(kelvo PRIVATE
   -Wl,--version-script=${KELVO_EXPORTS}
   -Wl,-Bsymbolic-functions   # an application's own stop() is not called by a motor initialisation
   -Wl,--as-needed)
+# The fused multiply-add, which is an instruction on the target: nothing is needed there.
+target_link_libraries(kelvo PRIVATE m)
 if(KELVO_COVERAGE)
   target_link_options(kelvo PRIVATE --coverage)
 endif()
@@ -70,6 +93,7 @@ add_library(kelvo_static STATIC EXCLUDE_FROM_ALL
   $<TARGET_OBJECTS:kelvo_objects>
   $<TARGET_OBJECTS:kelvo_image_objects>)
 target_include_directories(kelvo_static INTERFACE ${PROJECT_SOURCE_DIR}/include)
+target_link_libraries(kelvo_static INTERFACE m)
 if(KELVO_COVERAGE)
   target_link_options(kelvo_static INTERFACE --coverage)
 endif()

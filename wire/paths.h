@@ -22,11 +22,18 @@ inline constexpr char reset_line_release[] = "echo 1 > /sys/class/gpio/gpio33/va
 inline constexpr char iris_record[]         = "/bin/DC_S_Cali.dat";
 inline constexpr char iris_default_record[] = "/bin/DC_S_Cali_T5391.dat";
 inline constexpr char stabiliser_record[]   = "/bin/OIS_S_Cali.dat";
-// Their copies.
-inline constexpr char iris_record_flash[]         = "/mnt/nand/DC_S_Cali.dat";
-inline constexpr char iris_record_scratch[]       = "/tmp/DC_S_Cali.dat";
-inline constexpr char stabiliser_record_flash[]   = "/mnt/nand/OIS_S_Cali.dat";
-inline constexpr char stabiliser_record_scratch[] = "/tmp/OIS_S_Cali.dat";
+
+// Where a quality check writes a record, in this order. The last is the one that is read at boot.
+inline constexpr const char* iris_record_copies[] = {
+    "/mnt/nand/DC_S_Cali.dat",
+    "/tmp/DC_S_Cali.dat",
+    iris_record,
+};
+inline constexpr const char* stabiliser_record_copies[] = {
+    "/mnt/nand/OIS_S_Cali.dat",
+    "/tmp/OIS_S_Cali.dat",
+    stabiliser_record,
+};
 
 }  // namespace kelvo::wire
 

@@ -199,8 +199,9 @@ int32_t ReadSpi(uint8_t code, uint8_t *rx, int32_t len);
 
 /* ---- Frames of the running program --------------------------------------------------------------
  *
- * Codes 0x00 to 0x7F are commands and 0x80 to 0xFF queries; docs/wire.md lists those in use. The
- * frame functions send whatever code they are given.
+ * Codes 0x00 to 0x7F are commands and 0x80 to 0xFF queries, but for the query 0x3A of
+ * GetZoom3Count(); docs/wire.md lists those in use. The frame functions send whatever code they are
+ * given.
  */
 
 /**

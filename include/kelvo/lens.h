@@ -1,5 +1,6 @@
 /**
- * Lens modules, bring-up of the lens controller, and the motors of the lens.
+ * Lens modules, bring-up of the lens controller, and what a lens has: motors with their counters,
+ * status and photo-interrupters; iris, IR-cut filter, heater and converter.
  *
  * The conventions at the top of kelvo.h hold for all of it.
  */
@@ -53,7 +54,8 @@ uint8_t getVersion(uint32_t *out);
  * Send one raw frame, for service tools.
  *
  * @param[in] frame  code and four argument bytes; codes from 0x80 are queries, of which frame[1]
- *                   alone is the argument; may be null when `len` is below 5
+ *                   alone is the argument; 0x3A, the one query below, goes out as a command; may
+ *                   be null when `len` is below 5
  * @param[in] len    bytes in `frame`; below 5 nothing happens, and bytes beyond the fifth are
  *                   ignored
  * @return 0, always; how the transfer ended is not passed on
@@ -185,8 +187,9 @@ int32_t InitDC_K(void);
 /* ---- Zoom and focus moves -----------------------------------------------------------------------
  *
  * Each function starts a move relative to where the motor stands and returns; it waits neither for
- * this move nor for one before it, which it reprograms. Results of the frames before the last one
- * are not looked at, and with the latch set everything is gone through without sending.
+ * this move nor for one before it, which it reprograms. getZoom1Status() and its like tell when it
+ * is over. Results of the frames before the last one are not looked at, and with the latch set
+ * everything is gone through without sending.
  *
  * A motor's first move after load or after its power-off waits for the coils to settle; "Blocks"
  * gives that time, and later moves do not wait. It is slept while the latch is set, too.
@@ -515,6 +518,271 @@ int64_t PT5111PI1(int32_t on);
  * Sends: the word 0x35C0.
  */
 int32_t PT5111Zoom1OFF(void);
+
+/* ---- Counters, status and power-off -------------------------------------------------------------
+ *
+ * The lens controller keeps a position counter for each motor and knows whether it moves. Counts
+ * are in the controller's own unit, and no function resets them but the presets below. Nothing here
+ * waits for a motor.
+ *
+ * A motor channel that is driven by registers (zoom 2 and focus on DE015, zoom 1 on T5391) is read
+ * folded: of the raw 16-bit value v, 0x3FFF down to 0 stands for 0 to 16383, and 0x7FFF down to
+ * 0x4000 for 16384 to 32767. Outside of that, 0xFFFF down to 0xC000 reads as 49152 to 65535, and
+ * 0x8000 to 0xBFFF as 0x3FFF - v modulo 2^32 (0x8000 as 0xFFFFBFFF). Presets are not folded: the
+ * raw value of the count 0 is 0x3FFF.
+ *
+ * A query that fails, or is not sent because of the latch, leaves its reply at zeros. The counters
+ * do not tell: such a count is 0, and a folded one 16383. GetLensType() is -1 then.
+ */
+
+/**
+ * Tell where a motor stands.
+ *
+ * Zoom 1 and zoom 3 are without sign: a count of -5 is returned as 5, and T5391's folded value
+ * below 0 likewise (raw 0x8000 as 16385). Zoom 2 and focus are returned as they are decoded.
+ *
+ * @return the count: 32 bits (zoom 1 on DE015 and DF033, zoom 3), folded (zoom 1 on T5391, zoom 2
+ *         and focus on DE015), or 0 to 65535 as it is (focus on DF033); 0 too for a module that is
+ *         not served
+ *
+ * Serves: zoom 1 DE015, DF033, T5391; zoom 2 DE015; zoom 3 DF033; focus DE015, DF033.
+ * Sends: zoom 1 query 0xC7 (DE015), 0x87 (DF033) with argument 0, or 0x8F with 52 (T5391); zoom 2
+ *        query 0x8F with 52; zoom 3 query 0x3A with 0, the one query below 0x80; focus query 0x8F
+ *        (DE015) or 0x8C (DF033) with 20.
+ */
+uint32_t GetZoom1Count(void);
+uint32_t GetZoom2Count(void);
+uint32_t GetZoom3Count(void);
+uint32_t GetFocusCount(void);
+
+/**
+ * Preset a motor's counter, or clear it: zoom 1 on DE015 and zoom 3 take no value.
+ *
+ * @param[in] count  zoom 1: ignored on DE015, whose counter is set to 0; 32 bits on DF033; 0 to
+ *                   65535 on T5391. Zoom 2 and focus: 0 to 65535, raw; the rest is lost without
+ *                   notice. Zoom 3: ignored, the counter is set to 0.
+ * @return status of the frame, 0 sent; 0 too for a module that is not served, except that the
+ *         result of SetZoom1Count() means nothing then
+ *
+ * Serves: zoom 1 DE015, DF033, T5391; zoom 2 DE015; zoom 3 DF033; focus DE015, DF033, T5391.
+ * Sends: zoom 1 command 70 with zeros (DE015), 78 with the four bytes of `count` (DF033), or
+ *        register 52 (T5391); zoom 2 register 52; zoom 3 command 35 with zeros; focus register 20.
+ */
+uint8_t SetZoom1Count(uint32_t count);
+uint8_t SetZoom2Count(uint32_t count);
+uint8_t SetZoom3Count(uint32_t count);
+uint8_t SetFocusCount(uint32_t count);
+
+/**
+ * Tell whether a motor is moving.
+ *
+ * @param[out] running  1 moving, 0 at rest; 0 too when nothing was received, so look at the result;
+ *                      untouched for a module that is not served
+ * @return status of the query, 0 received; 0 too for a module that is not served
+ *
+ * Serves: zoom 1 and focus DE015, DF033, T5391; zoom 2 DE015, DF033; zoom 3 DF033.
+ * Sends: zoom 1 query 0xBF (DE015), 0x8D (DF033) with argument 0, or 0x8C with 60 (T5391); zoom 2
+ *        query 0x8F (DE015) or 0x8C (DF033) with 60; zoom 3 query 0xAC with 0; focus query 0x8F
+ *        (DE015) or 0x8C (DF033, T5391) with 28. Reply byte 3 decides for the queries with argument
+ *        0, reply byte 2 for the others.
+ */
+uint8_t getZoom1Status(uint8_t *running);
+uint8_t getZoom2Status(uint8_t *running);
+uint8_t getZoom3Status(uint8_t *running);
+uint8_t getFocusStatus(uint8_t *running);
+
+/**
+ * De-energise a motor.
+ *
+ * Zoom 1 of DE015 is left energised at its holding value. A motor that moves is not waited for. The
+ * motor's next move waits for the coils again, as its first one did; that holds for every module
+ * code, also where nothing is sent.
+ *
+ * @return status of the last frame, 0 sent; 0 for zoom 1 on DF033, and for a module that is not
+ *         served
+ *
+ * Blocks: zoom 1 on DE015 20 ms.
+ * Serves: zoom 1 and focus DE015, DF033, T5391; zoom 2 DE015, DF033; zoom 3 DF033.
+ * Sends: zoom 1 on DE015 command 62 with zeros, 61 with 0, 0, 0, 20 and 62 with 0, 0, 0, 1, each 10
+ *        ms behind the one before; on DF033 PT5111Zoom1OFF(); on T5391 register 56 := 0x3DF. Zoom 2
+ *        register 56 and focus register 24 := 0x3DF (DE015; focus on T5391 too) or 0x1DF (DF033).
+ *        Zoom 3 command 26 with 0, 0, 0, 34.
+ */
+uint32_t setZoom1PowerOff(void);
+uint32_t setZoom2PowerOff(void);
+uint32_t setZoom3PowerOff(void);
+uint32_t setFocusPowerOff(void);
+
+/**
+ * Do nothing: iris and IR-cut filter have no power-off of their own.
+ *
+ * @param[in] value  any value
+ * @return `value`
+ */
+uint32_t setIrisPowerOff(uint32_t value);
+uint32_t setICRPowerOff(uint32_t value);
+
+/**
+ * Do nothing: iris and IR-cut filter do not tell whether they move.
+ *
+ * @param[out] running  untouched; may be null
+ * @return 0, always
+ */
+uint8_t getIrisStatus(uint8_t *running);
+uint8_t getICRStatus(uint8_t *running);
+
+/* ---- Photo-interrupters -------------------------------------------------------------------------
+ *
+ * A photo-interrupter marks a reference position of each lens motor. An application homes a motor
+ * by moving it until getPI() changes; the controller can calibrate its interrupters by itself and
+ * report the offsets.
+ */
+
+/**
+ * Start the controller's calibration of one photo-interrupter, or of all.
+ *
+ * @param[in] which  0, 1 or 2 (not on T5391, which has no third); -1 all, one after the other; for
+ *                   any other value nothing is sent
+ * @return 0, always
+ *
+ * Serves: DE015, DF033, T5391.
+ * Sends: for each, command 113 (DE015) or 32 (DF033, T5391) with its number, 0, 0 and 99 (DE015,
+ *        DF033) or 97 (T5391).
+ */
+int32_t setPICalibraition(int32_t which);
+
+/**
+ * Switch the verification of the focus interrupter.
+ *
+ * DE015 can only be switched on.
+ *
+ * @param[in] on  not 0: on; 0: off, for which DE015 is sent nothing
+ * @return 0, always
+ *
+ * Serves: DE015, DF033, T5391.
+ * Sends: DE015 command 113 with 0, 0, 0, 16 and again with 1, 0, 0, 16; DF033, T5391 command 32
+ *        with 0, 0, 0 and 16 (on) or 0 (off).
+ */
+int32_t FocusPIVerification(int32_t on);
+
+/**
+ * Switch the supply of the photo-interrupters.
+ *
+ * @param[in] on  1 on; any other value off
+ * @return 0, always
+ *
+ * Sends: register 136 := 3 (on) or 0 (off).
+ */
+int32_t SetPIPower(int32_t on);
+
+/**
+ * Tell whether a photo-interrupter is interrupted.
+ *
+ * On DE015 its supply is switched on for that and stays on; the level at the converter decides,
+ * from 1229 on interrupted.
+ *
+ * @param[in] sensor  number of the interrupter, 0 to 255
+ * @return 1 interrupted; 0 not, or nothing was received; 0xFFFFFFFF for a module that is not served
+ *
+ * Blocks: 10 ms on DE015.
+ * Serves: DE015, DF033, T5391.
+ * Sends: DE015 register 252 := 499, register 136 := 2 and, after the wait, query 0x81 with
+ *        `sensor`; DF033, T5391 query 0xA0 with `sensor`.
+ */
+uint32_t getPI(uint32_t sensor);
+
+/**
+ * Tell whether an interrupter of the DE051 unit is calibrated.
+ *
+ * @param[in] sensor  number of the interrupter, 0 to 255
+ * @return bit 0 of reply byte 3: 1 calibrated; 0 not, or nothing was received
+ *
+ * Sends: query 0xCD with `sensor`, on every module code.
+ */
+uint32_t getPI_Cali_DE051(uint32_t sensor);
+
+/**
+ * Read the offset that a calibration found between a photo-interrupter and the motor's zero.
+ *
+ * GetFocusOffset() on DE015 is the query of getPI_Cali_DE051(0), read as a number.
+ *
+ * @return the offset, 32 bits, in counts of the motor; 0 too when nothing was received, and for a
+ *         module that is not served
+ *
+ * Serves: focus DE015, DF033, T5391; zoom 2 DE015.
+ * Sends: focus query 0xCD (DE015) or 0x91 (DF033, T5391), zoom 2 query 0xCE, with argument 0.
+ */
+uint32_t GetFocusOffset(void);
+uint32_t GetZoom2Offset(void);
+
+/* ---- Iris, IR-cut filter, heater and converter ----------------------------------------------- */
+
+/**
+ * Close (forward) or open (backward) the P-iris.
+ *
+ * What became of the words is not passed on.
+ *
+ * @param[in] speed  ignored; the iris moves at speed 100
+ * @param[in] steps  motor steps, 0 to 65535; the rest is lost without notice
+ * @return 0, always
+ *
+ * Serves: DE015.
+ * Sends: piris_close() forward, piris_open() backward.
+ */
+uint32_t setIrisForward(uint8_t speed, uint32_t steps);
+uint32_t setIrisBackward(uint8_t speed, uint32_t steps);
+
+/**
+ * Set the target of the DC iris.
+ *
+ * @param[in] level  0 to 65535, the rest is not sent; Get_DC_Range() has the unit's travel
+ * @return `level` as it was given, sent or not: no status
+ *
+ * Sends: command 97 with 0, 0, level high, level low, on every module code.
+ */
+uint32_t setDCIrisABS(uint32_t level);
+
+/**
+ * Move the IR-cut filter into its on or off position.
+ *
+ * On T5391 the controller's own coil does it, in eleven register writes that no other register
+ * write may come between. What became of them, or of the words, is not passed on.
+ *
+ * @param[in] speed  ignored
+ * @param[in] steps  DE015: motor steps, as ICR_ON(); else ignored
+ * @return 0, always
+ *
+ * Blocks: 200 ms (DF033), 510 ms (T5391).
+ * Serves: DE015, DF033, T5391.
+ * Sends: DE015, DF033 ICR_ON() or ICR_OFF(). T5391 registers 252 := 496, 130 := 0, 144 := 403, 160
+ *        := 0, 182 := 0, 186 := 255 (on) or 767 (off), 190 := 8, 252 := 499, 130 := 3; after 500 ms
+ *        130 := 1; after 10 ms 130 := 0.
+ * Prints: on T5391 "T5391 ICR on" or "T5391 ICR off", before anything is sent.
+ */
+uint32_t setICRon(uint8_t speed, uint32_t steps);
+uint32_t setICRoff(uint8_t speed, uint32_t steps);
+
+/**
+ * Set the heater.
+ *
+ * @param[in] level  0 to 255, in the program's unit; the rest is lost without notice
+ * @return 0, always
+ *
+ * Sends: command 7 with 0, 0, 0, level, on every module code.
+ */
+uint32_t setHeater(uint32_t level);
+
+/**
+ * Read a channel of the converter.
+ *
+ * @param[in] channel  0 to 255
+ * @return the reading, 0 to 65535; 0 too when nothing was received
+ *
+ * Blocks: 10 ms.
+ * Sends: command 32 with 0, 0, 0, 96, and after the wait query 0x81 with `channel`, on every module
+ *        code, whether or not the module has such an input.
+ */
+uint32_t getADC(uint32_t channel);
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

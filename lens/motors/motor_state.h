@@ -23,9 +23,12 @@ struct Motor {
   std::int32_t busy_bit;
 
   void mark_busy() const { giMotorBusy |= busy_bit; }
+  void mark_idle() const { giMotorBusy &= ~busy_bit; }
   /// Gives a freshly energised coil time to settle, the first time only.
   void settle(std::uint32_t milliseconds) const;
   void mark_started() const { *started = 1; }
+  /// Has the next move wait again.
+  void mark_powered_off() const { *started = 0; }
 };
 
 namespace motor {

@@ -4,6 +4,7 @@
 #include "kelvo/bus.h"
 #include "kelvo/ois.h"
 #include "lens/variant/variant.h"
+#include "ois/calibration/measuring.h"
 #include "ois/calibration/records.h"
 #include "wire/paths.h"
 
@@ -34,11 +35,8 @@ void send_record(std::span<const Field> fields, std::span<const std::uint32_t> r
 }
 
 void print_values(std::span<const Field> fields) {
-  std::uint8_t reply[4] = {};
-  for (const Field& field : fields) {
-    RecvCommand(field.query, 0, reply);
-    std::printf("%s:%02x %02x %02x %02x\n", field.label, reply[0], reply[1], reply[2], reply[3]);
-  }
+  kelvo::ois::Reply reply = {};
+  for (const Field& field : fields) kelvo::ois::measure(field, reply);
 }
 
 FILE* open_iris_record() {

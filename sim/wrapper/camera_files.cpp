@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <span>
 #include <utility>
 
 #include "sim/seam/real.h"
@@ -18,11 +19,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::array camera_paths{
-    wire::iris_record,         wire::iris_record_flash,       wire::iris_record_scratch,
-    wire::stabiliser_record,   wire::stabiliser_record_flash, wire::stabiliser_record_scratch,
-    wire::iris_default_record,
-};
+constexpr std::span<const char* const> record_copies[] = {wire::iris_record_copies,
+                                                          wire::stabiliser_record_copies};
+
+bool one_of(std::span<const char* const> paths, const std::string& path) {
+  return std::find(paths.begin(), paths.end(), path) != paths.end();
+}
 
 /// A plausible iris record: polarity, Hall offset, Hall gain, travel minimum and maximum, sine value.
 /// Each is a 32-bit field, low byte first.
@@ -39,7 +41,8 @@ CameraFiles::CameraFiles(fs::path kept)
     : kept_(!kept.empty()), folder_(kept_ ? fs::absolute(kept) : std::move(kept)) {}
 
 bool CameraFiles::claims(const std::string& path) {
-  return std::find(camera_paths.begin(), camera_paths.end(), path) != camera_paths.end();
+  return one_of(wire::iris_record_copies, path) || one_of(wire::stabiliser_record_copies, path) ||
+         path == wire::iris_default_record;
 }
 
 fs::path CameraFiles::real_path(const std::string& path) const {
@@ -69,9 +72,11 @@ std::error_code CameraFiles::make_private_folder() {
 
 std::error_code CameraFiles::fill() const {
   std::error_code error;
-  for (const char* const path : camera_paths) {
-    fs::create_directories(real_path(path).parent_path(), error);
-    if (error) return error;
+  for (const auto copies : record_copies) {
+    for (const char* const path : copies) {
+      fs::create_directories(real_path(path).parent_path(), error);
+      if (error) return error;
+    }
   }
   const fs::path default_record = real_path(wire::iris_default_record);
   if (fs::exists(default_record, error)) return {};

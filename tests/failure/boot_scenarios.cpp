@@ -76,35 +76,18 @@ int attempts(Oracle& oracle, const Module& module, SpeedRequest request) {
   return error;
 }
 
-Outcome boot_de015(Oracle& oracle) {
-  const int error = attempts(oracle, de015_module, SpeedRequest::once);
-  initialise_driver(oracle);
-  oracle.init_i2c();
-  oracle.wait(100'000);
-  load_stabiliser_record(oracle);
-  oracle.command();
-  oracle.set_speed(1'000'000);
-  return {error};
-}
-
-int boot_with_iris(Oracle& oracle, const Module& module) {
+int boot_with_iris(Oracle& oracle, const Module& module, const Missing& missing) {
   const int error = attempts(oracle, module, SpeedRequest::each_attempt);
   oracle.init_i2c();
   oracle.wait(100'000);
-  load_iris_record(oracle);
+  load_iris_record(oracle, missing);
   oracle.command();
   oracle.set_speed(1'000'000);
   oracle.command();
   return error;
 }
 
-Outcome boot_df033(Oracle& oracle) {
-  const int error = boot_with_iris(oracle, df033_module);
-  initialise_driver(oracle);
-  return {error};
-}
-
-Outcome boot_t5391(Oracle& oracle) { return {boot_with_iris(oracle, t5391_module)}; }
+Outcome boot_t5391(Oracle& oracle) { return {boot_with_iris(oracle, t5391_module, {})}; }
 
 Outcome boot_for_check(Oracle& oracle, const Module& module) {
   oracle.set_speed(250'000);
@@ -115,17 +98,41 @@ Outcome boot_for_check(Oracle& oracle, const Module& module) {
   return {0};
 }
 
+}  // namespace
+
+Outcome boot_for_stabiliser_check(Oracle& oracle) { return boot_for_check(oracle, de015_module); }
+Outcome boot_for_iris_check(Oracle& oracle) { return boot_for_check(oracle, df033_module); }
+
+Outcome boot_de015(Oracle& oracle, const Missing& missing) {
+  const int error = attempts(oracle, de015_module, SpeedRequest::once);
+  initialise_driver(oracle);
+  oracle.init_i2c();
+  oracle.wait(100'000);
+  load_stabiliser_record(oracle, missing);
+  oracle.command();
+  oracle.set_speed(1'000'000);
+  return {error};
+}
+
+Outcome boot_df033(Oracle& oracle, const Missing& missing) {
+  const int error = boot_with_iris(oracle, df033_module, missing);
+  initialise_driver(oracle);
+  return {error};
+}
+
+namespace {
+
 constexpr Scenario rows[] = {
     {"DownloadCode", "", as_loaded,
      [] { return Outcome{DownloadCode(0x22, 0xFFFFE000, 4, 0x12345678, image)}; },
      [](Oracle& oracle) { return Outcome{download(oracle, 0x12345678)}; }},
-    {"Init30516", "", as_loaded, [] { return Outcome{Init30516()}; }, boot_de015},
-    {"Init30516_DF033", "", as_loaded, [] { return Outcome{Init30516_DF033()}; }, boot_df033},
+    {"Init30516", "", as_loaded, [] { return Outcome{Init30516()}; },
+     [](Oracle& oracle) { return boot_de015(oracle); }},
+    {"Init30516_DF033", "", as_loaded, [] { return Outcome{Init30516_DF033()}; },
+     [](Oracle& oracle) { return boot_df033(oracle); }},
     {"Init30516_T5391", "", as_loaded, [] { return Outcome{Init30516_T5391()}; }, boot_t5391},
-    {"InitOIS_K", "", as_loaded, [] { return Outcome{InitOIS_K()}; },
-     [](Oracle& oracle) { return boot_for_check(oracle, de015_module); }},
-    {"InitDC_K", "", as_loaded, [] { return Outcome{InitDC_K()}; },
-     [](Oracle& oracle) { return boot_for_check(oracle, df033_module); }},
+    {"InitOIS_K", "", as_loaded, [] { return Outcome{InitOIS_K()}; }, boot_for_stabiliser_check},
+    {"InitDC_K", "", as_loaded, [] { return Outcome{InitDC_K()}; }, boot_for_iris_check},
 };
 
 }  // namespace

@@ -1,12 +1,28 @@
+#include <iterator>
+#include <span>
+
 #include "failure/rules.h"
 #include "failure/scenario.h"
 #include "kelvo.h"
 
 namespace kelvo::test::failure {
+namespace {
 
-void load_iris_record(Oracle& oracle) {
-  constexpr int commands = 5;
-  constexpr int read_backs = 6;
+// The values that are sent, in this order.
+constexpr std::uint8_t iris_values[] = {0xA1, 0xD1, 0xD3, 0xC5, 0xC6};
+constexpr std::uint8_t stabiliser_values[] = {0xA1, 0xD1, 0xD3, 0xD7, 0xD8, 0xE3,
+                                              0xD2, 0xD4, 0xD9, 0xDA, 0xE5};
+
+void send_values(Oracle& oracle, std::span<const std::uint8_t> values, const Missing& missing) {
+  for (const std::uint8_t value : values) {
+    if (missing.contains(value)) oracle.carries_zero();
+    oracle.command();
+  }
+}
+
+}  // namespace
+
+void load_iris_record(Oracle& oracle, const Missing& missing) {
   std::string path = "/bin/DC_S_Cali.dat";
   bool open = oracle.open_file(path);
   if (!open && oracle.variant == 9) {
@@ -15,23 +31,22 @@ void load_iris_record(Oracle& oracle) {
     oracle.print("Load default DC Calibration");
   }
   if (!open) {
-    oracle.skip_frames(commands + read_backs);
+    oracle.skip_frames(static_cast<int>(std::size(iris_values) + std::size(iris_record)));
     return;
   }
   oracle.close_file(path);
-  oracle.command(commands);
-  for (int i = 0; i < read_backs; ++i) oracle.query();
+  send_values(oracle, iris_values, missing);
+  for (std::size_t i = 0; i < std::size(iris_record); ++i) oracle.query();
 }
 
-int load_stabiliser_record(Oracle& oracle) {
-  constexpr int commands = 11;
+int load_stabiliser_record(Oracle& oracle, const Missing& missing) {
   const std::string path = "/bin/OIS_S_Cali.dat";
   if (!oracle.open_file(path)) {
-    oracle.skip_frames(commands);
+    oracle.skip_frames(static_cast<int>(std::size(stabiliser_values)));
     return -1;
   }
   oracle.close_file(path);
-  oracle.command(commands);
+  send_values(oracle, stabiliser_values, missing);
   return 0;
 }
 
@@ -59,7 +74,7 @@ Outcome iris_range_rule(Oracle& oracle) {
   if (!oracle.open_file(path)) return {-1, Bytes(2, untouched)};
   // On the T5391 the file stays open.
   if (oracle.variant != 9) oracle.close_file(path);
-  return {0, {0x55, 0x44}};
+  return {0, {0xC6, 0xC5}};
 }
 
 constexpr Scenario rows[] = {

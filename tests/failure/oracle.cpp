@@ -235,8 +235,8 @@ int Oracle::i2c_request(int messages) {
 
 // ---- files -----------------------------------------------------------------------------------------
 
-bool Oracle::open_file(const std::string& path) {
-  const bool open = happens(Call::fopen, "fopen " + path + " r");
+bool Oracle::open_file(const std::string& path, const std::string& mode) {
+  const bool open = happens(Call::fopen, "fopen " + path + " " + mode);
   open_files_ += open ? 1 : 0;
   return open;
 }
@@ -247,6 +247,13 @@ void Oracle::close_file(const std::string& path) {
 }
 
 void Oracle::synchronise() { happens(Call::fsync, "fsync"); }
+
+void Oracle::carries_zero() {
+  const auto at = static_cast<std::size_t>(frame_);
+  if (at >= frames_.size()) return;
+  const std::string code = frames_[at].substr(0, 2);
+  frames_[at] = code + " 00 00 00 00 " + code + " 00";
+}
 
 // ---- what has come of it -------------------------------------------------------------------------
 

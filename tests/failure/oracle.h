@@ -25,17 +25,22 @@ struct Fault {
   bool for_good = false;
 };
 
+/// What the controllers of the pan/tilt head are; by default nobody is there to ask.
+enum class Head : std::uint8_t { none, vetra, tasmere };
+
 /// How things stand before the call.
 struct Setting {
   int variant = 0;  // given to SetLensType; 0: the latch is as at load
   bool devices = true;
   bool semaphore = true;
+  Head head = Head::none;
 };
 
 /// What outlives a call for good: no exported function of the library undoes it.
 struct Carried {
   bool driver_open = false;  // the stepping-motor driver's device
   bool moved = false;        // the motor of this scenario, so that it has settled
+  int family = -1;           // the head's, as the library took it
 };
 
 /// A checksum that the boot loader answers, once, to the read of this code.
@@ -86,10 +91,26 @@ class Oracle {
   /// One combined request; its result as the kernel gives it.
   int i2c_request(int messages);
 
+  // ---- pan/tilt head; a message is what the transcript has behind "i2c " ------------------------
+  /// Asks for the family if nobody has yet.
+  int head_family();
+  int head_write(const std::string& message);
+  struct Reading {
+    int result;
+    Bytes bytes;  // zeros when nothing came
+  };
+  Reading head_read(const std::string& message);
+
   // ---- files ---------------------------------------------------------------------------------
-  bool open_file(const std::string& path);
+  bool open_file(const std::string& path, const std::string& mode = "r");
   void close_file(const std::string& path);
   void synchronise();
+
+  /// The next frame carries the value 0, where one that has read its value would carry that.
+  void carries_zero();
+  /// Nothing the library does from here on would differ from what it has done: it never returns.
+  void never_returns() { returns_ = false; }
+  bool returns() const { return returns_; }
 
   /// Steps that are left out still have their place among the frames.
   void skip_frames(int count) { frame_ += count; }
@@ -115,6 +136,7 @@ class Oracle {
   bool happens(Call call, const std::string& line, int own_error = 0);
   bool fails(Call call);
   int transfer();
+  bool head_transfer(const std::string& message);
   void take_bus();
   void release_bus();
   std::uint32_t bus_key();
@@ -128,6 +150,7 @@ class Oracle {
   bool semaphore_exists_;
   int semaphore_value_ = 0;
   int open_files_ = 0;
+  bool returns_ = true;
   std::array<int, call_kinds> counts_{};
   std::vector<std::string> lines_;
   std::vector<Answer> answers_;

@@ -1,13 +1,18 @@
 #include "failure/rounds.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <functional>
 #include <iterator>
 #include <sstream>
 
-#include "failure/child.h"
+#include "failure/head.h"
+#include "failure/rules.h"
 #include "kelvo.h"
+#include "script/child.h"
 #include "script/transcript.h"
 
 namespace kelvo::test::failure {
@@ -39,13 +44,23 @@ std::string describe(const Outcome& outcome) {
                 hex(outcome.out).c_str());
 }
 
-/// A record of 32-bit fields 0x11, 0x22, 0x33 ...
-Bytes record(int fields) {
+/// A record of 32-bit fields, each with the code of its query as its value.
+Bytes record(std::span<const std::uint8_t> queries) {
   Bytes bytes;
-  for (int i = 1; i <= fields; ++i) {
-    for (const int byte : {0x11 * i, 0, 0, 0}) bytes.push_back(static_cast<std::uint8_t>(byte));
-  }
+  for (const std::uint8_t query : queries) bytes.insert(bytes.end(), {query, 0, 0, 0});
   return bytes;
+}
+
+/// Answers to every query: one that reads a value of a record reads what is in the files, the error
+/// code of a quality check is no error of the iris, and all others have 1, 2, 3, 4.
+void answer_queries(Script& script) {
+  for (int code = 0x80; code <= 0xFF; ++code) {
+    script.query_reply(static_cast<std::uint8_t>(code), {1, 2, 3, 4});
+  }
+  script.query_reply(0x3A, {1, 2, 3, 4});
+  script.query_reply(0x82, {1, 2, 3, 0});
+  for (const std::uint8_t code : iris_record) script.query_reply(code, {0, 0, 0, code});
+  for (const std::uint8_t code : stabiliser_record) script.query_reply(code, {0, 0, 0, code});
 }
 
 /// Brings the library to where it was when it was loaded, as far as anything does.
@@ -58,19 +73,21 @@ void put_back(Script& script) {
   CloseSPI();
   Release_I2C();
   hndl = 0;
+  forget_head();
 }
 
 void write_camera_files(Script& script) {
-  script.file("/bin/DC_S_Cali.dat", record(6));
-  script.file("/bin/DC_S_Cali_T5391.dat", record(6));
-  script.file("/bin/OIS_S_Cali.dat", record(15));
+  script.file("/bin/DC_S_Cali.dat", record(iris_record));
+  script.file("/bin/DC_S_Cali_T5391.dat", record(iris_record));
+  script.file("/bin/OIS_S_Cali.dat", record(stabiliser_record));
 }
 
 void set_up(Script& script, const Setting& setting, const Fault& fault,
             const std::vector<Answer>& answers) {
-  for (const std::uint8_t code : {0x80, 0x85, 0x86}) script.query_reply(code, {1, 2, 3, 4});
+  answer_queries(script);
   for (const Answer& answer : answers) script.reply_once({answer.code}, answer.received);
   script.i2c_register(40, 0x32, {0x56, 0x78});
+  set_up_head(script, setting.head);
   script.semaphore(setting.semaphore, 0);
   if (setting.variant != 0) SetLensType(setting.variant);
   if (fault.nth != 0) script.fail(fault.call, fault.nth, fault.for_good ? forever : 1, EIO);
@@ -109,8 +126,15 @@ std::vector<int> each_kind(const Count& count) {
   return numbers;
 }
 
-/// The library as it was loaded but for what is carried, and the scripted host around it.
-Account play_here(const Scenario& scenario, const Fault& fault, const Carried& carried) {
+constexpr char does_not_return[] = "does not return\n";
+
+/// What is done with the account of a call that never returns, before the process ends.
+using Farewell = std::function<void(const Account&)>;
+
+/// The library as it was loaded but for what is carried, and the scripted host around it. A call that
+/// must not return is left in the last of the waits that are foretold.
+Account play_here(const Scenario& scenario, const Fault& fault, const Carried& carried,
+                  const Farewell& farewell) {
   Oracle oracle(scenario.setting, fault, {}, carried);
   scenario.rule(oracle);
   Script script;
@@ -118,11 +142,19 @@ Account play_here(const Scenario& scenario, const Fault& fault, const Carried& c
   if (oracle.calls(Call::fopen) > 0) write_camera_files(script);
   set_up(script, scenario.setting, fault, oracle.answers());
   const std::vector<int> before = each_kind([&](Call call) { return script.count(call); });
-  const Outcome outcome = scenario.call();
-  const std::vector<int> calls = each_kind(
-      [&](Call call) { return script.count(call) - before[static_cast<std::size_t>(call)]; });
-  const std::string text = without_dumps(script.transcript()) + describe(outcome);
-  return {text + state(script), calls, ""};
+  const auto account = [&](const std::string& end) {
+    const std::vector<int> calls = each_kind(
+        [&](Call call) { return script.count(call) - before[static_cast<std::size_t>(call)]; });
+    const std::string text = without_dumps(script.transcript()) + end;
+    return Account{text + state(script), calls, ""};
+  };
+  if (!oracle.returns()) {
+    script.at(Call::sleep, oracle.calls(Call::sleep), [&] {
+      farewell(account(does_not_return));
+      _exit(0);
+    });
+  }
+  return account(describe(scenario.call()));
 }
 
 struct Foretold {
@@ -135,8 +167,11 @@ Foretold foretell(const Scenario& scenario, const Fault& fault,
   Oracle oracle(scenario.setting, fault, frames, carried);
   const Outcome outcome = scenario.rule(oracle);
   const std::vector<int> calls = each_kind([&](Call call) { return oracle.calls(call); });
-  return {{oracle.transcript() + describe(outcome) + oracle.state(), calls, ""}, oracle.carried()};
+  const std::string end = oracle.returns() ? describe(outcome) : does_not_return;
+  return {{oracle.transcript() + end + oracle.state(), calls, ""}, oracle.carried()};
 }
+
+enum class Verdict { disturbed, undisturbed, against_the_rules };
 
 /// Whether the last round met no failure; false as well after a round that went against the rules.
 bool play_series(const Scenario& scenario, const Series& series,
@@ -146,13 +181,20 @@ bool play_series(const Scenario& scenario, const Series& series,
         format("%s number %d fails %s\n", series.name, nth, series.for_good ? "for good" : "once"));
     const Fault fault = {series.call, nth, series.for_good};
     const Foretold expected = foretell(scenario, fault, frames, carried);
-    const Account seen = play_here(scenario, fault, carried);
+    const auto judge = [&](const Account& seen) {
+      if (seen.text != expected.account.text) {
+        tell(parting + seen.text + parting + expected.account.text);
+        return Verdict::against_the_rules;
+      }
+      const bool disturbed = seen.calls[static_cast<std::size_t>(series.call)] >= nth;
+      return disturbed ? Verdict::disturbed : Verdict::undisturbed;
+    };
+    const Account seen = play_here(scenario, fault, carried, [&](const Account& left) {
+      if (judge(left) == Verdict::undisturbed) tell(std::string(1, parting));
+    });
     carried = expected.carried;
-    if (seen.text != expected.account.text) {
-      tell(parting + seen.text + parting + expected.account.text);
-      return false;
-    }
-    if (seen.calls[static_cast<std::size_t>(series.call)] < nth) return true;
+    const Verdict verdict = judge(seen);
+    if (verdict != Verdict::disturbed) return verdict == Verdict::undisturbed;
   }
   return false;
 }
@@ -198,9 +240,11 @@ Report play(const Scenario& scenario, const std::vector<Series>& series,
 
 Account play_undisturbed(const Scenario& scenario) {
   const Told told = in_a_process([&](const Tell& tell) {
-    const Account account = play_here(scenario, {}, {});
-    for (const int calls : account.calls) tell(format("%d\n", calls));
-    tell(parting + account.text);
+    const auto tell_all = [&](const Account& account) {
+      for (const int calls : account.calls) tell(format("%d\n", calls));
+      tell(parting + account.text);
+    };
+    tell_all(play_here(scenario, {}, {}, tell_all));
   });
   const std::vector<std::string> fields = split(told.text, parting);
   if (fields.size() != 2) return {"", {}, "nothing told: " + told.trouble};

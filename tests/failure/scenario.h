@@ -24,6 +24,7 @@ struct Scenario {
   Setting setting;
   Outcome (*call)();         // calls the library
   Outcome (*rule)(Oracle&);  // tells the oracle what that call must do
+  bool can_hang = false;     // there are failures after which the call never returns
 };
 
 // The table's parts.
@@ -34,6 +35,11 @@ std::span<const Scenario> move_scenarios();
 std::span<const Scenario> pt5111_scenarios();
 std::span<const Scenario> calibration_scenarios();
 std::span<const Scenario> i2c_scenarios();
+std::span<const Scenario> head_scenarios();
+std::span<const Scenario> motor_service_scenarios();
+std::span<const Scenario> iris_scenarios();
+std::span<const Scenario> stabiliser_scenarios();
+std::span<const Scenario> quality_check_scenarios();
 
 std::vector<Scenario> all_scenarios();
 

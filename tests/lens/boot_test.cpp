@@ -14,26 +14,6 @@ using kelvo::test::forever;
 using kelvo::test::Script;
 using namespace kelvo::test::boot;
 
-const char* const pt5111_words = R"(spi_pt5111: E3 80
-spi_pt5111: C4 00
-spi_pt5111: 28 00
-spi_pt5111: 2C 00
-spi_pt5111: 34 00
-spi_pt5111: 74 00
-spi_pt5111: C4 00
-spi_pt5111: CF C0
-spi_pt5111: CA 80
-spi_pt5111: 3C 00
-spi_pt5111: 81 80
-spi_pt5111: D5 78
-spi_pt5111: CA 00
-usleep 500000
-spi_pt5111: CA 80
-spi_pt5111: CC 00
-spi_pt5111: 3C 00
-spi_pt5111: 7C 00
-)";
-
 const char* const command_5 = R"(lock
 spi_renesas: 05 00 00 00 00 05 00
 unlock
@@ -41,7 +21,7 @@ unlock
 
 /// Everything behind the attempts, on a camera without a calibration file.
 std::string closing_steps() {
-  return start_program() + "open /dev/spi_pt5111\n" + pt5111_words +
+  return start_program() + "open /dev/spi_pt5111\n" + de015_driver_words +
          "open /dev/i2c-2\n"
          "usleep 100000\n"
          "fopen /bin/OIS_S_Cali.dat r -> ENOENT\n" +
@@ -142,7 +122,7 @@ TEST(Init30516, SendsTheStabiliserCalibrationXBeforeYAndNoNoiseField) {
   EXPECT_EQ(Init30516(), 0);
   EXPECT_EQ(script.transcript(),
             "open /dev/spi_renesas\n" + silent_attempt(de015) + start_program() +
-                "open /dev/spi_pt5111\n" + pt5111_words +
+                "open /dev/spi_pt5111\n" + de015_driver_words +
                 "open /dev/i2c-2\n"
                 "usleep 100000\n"
                 "fopen /bin/OIS_S_Cali.dat r\n"
@@ -162,7 +142,7 @@ TEST(Init30516, NeedsNoCalibrationFile) {
   EXPECT_EQ(Init30516(), 0);
   EXPECT_EQ(script.transcript_without({"fopen"}),
             "open /dev/spi_renesas\n" + silent_attempt(de015) + start_program() +
-                "open /dev/spi_pt5111\n" + pt5111_words + "open /dev/i2c-2\nusleep 100000\n" +
+                "open /dev/spi_pt5111\n" + de015_driver_words + "open /dev/i2c-2\nusleep 100000\n" +
                 command_5);
 }
 
@@ -175,7 +155,7 @@ TEST(Init30516, BootsAgainFromTheResetAndOpensOnlyTheI2cLinkAnew) {
   const int32_t first_link = hndl;
   answer_de015_once(script);
   EXPECT_EQ(Init30516(), 0);
-  EXPECT_EQ(script.transcript(), silent_attempt(de015) + start_program() + pt5111_words +
+  EXPECT_EQ(script.transcript(), silent_attempt(de015) + start_program() + de015_driver_words +
                                      "open /dev/i2c-2\n"
                                      "usleep 100000\n"
                                      "fopen /bin/OIS_S_Cali.dat r -> ENOENT\n" +

@@ -115,6 +115,71 @@ inline std::string repeated(int times, const std::string& text) {
   return all;
 }
 
+// ---- what follows the program's start --------------------------------------------------------
+
+inline const char* const de015_driver_words = R"(spi_pt5111: E3 80
+spi_pt5111: C4 00
+spi_pt5111: 28 00
+spi_pt5111: 2C 00
+spi_pt5111: 34 00
+spi_pt5111: 74 00
+spi_pt5111: C4 00
+spi_pt5111: CF C0
+spi_pt5111: CA 80
+spi_pt5111: 3C 00
+spi_pt5111: 81 80
+spi_pt5111: D5 78
+spi_pt5111: CA 00
+usleep 500000
+spi_pt5111: CA 80
+spi_pt5111: CC 00
+spi_pt5111: 3C 00
+spi_pt5111: 7C 00
+)";
+
+/// The driver's set-up through the lens controller, with the filter switched on at its end.
+inline std::string df033_driver_words() {
+  return locked("2F 02 E3 80 00 94 00") + locked("2F 02 C4 00 00 F5 00") +
+         locked("2F 02 28 00 00 59 00") + locked("2F 02 2C 00 00 5D 00") +
+         locked("2F 02 34 00 00 65 00") + locked("2F 02 74 00 00 A5 00") +
+         locked("2F 02 C4 00 00 F5 00") + locked("2F 02 CF C0 00 C0 00") +
+         locked("2F 02 3C 00 00 6D 00") + locked("2F 02 41 40 00 B2 00") +
+         locked("2F 02 70 1F 00 C0 00") + locked("2F 02 CF C0 00 C0 00") +
+         locked("2F 02 41 40 00 B2 00") + locked("2F 02 73 EF 00 93 00") +
+         locked("2F 02 7E 00 00 AF 00") + "usleep 200000\n" + locked("2F 02 7C 00 00 AD 00");
+}
+
+inline const char* const i2c_link = "open /dev/i2c-2\nusleep 100000\n";
+
+inline std::string last_iris_commands() {
+  return locked("05 00 00 00 00 05 00") + locked("27 00 00 00 01 28 00");
+}
+
+/// 0x1234, 0x2001, 0x3002, 0x4003, 0x5004, and a sine value that is never sent.
+inline const Bytes iris_record = {0x34, 0x12, 0, 0, 0x01, 0x20, 0, 0, 0x02, 0x30, 0, 0,
+                                  0x03, 0x40, 0, 0, 0x04, 0x50, 0, 0, 0x05, 0x60, 0, 0};
+
+inline std::string iris_values_sent() {
+  return locked("21 00 00 12 34 67 00") + locked("51 00 00 20 01 72 00") +
+         locked("53 00 00 30 02 85 00") + locked("57 00 00 40 03 9A 00") +
+         locked("58 00 00 50 04 AC 00");
+}
+
+/// With the replies of answer_iris_values().
+inline const char* const iris_values_read = R"(spi_renesas: A1 00 00 00 01 A2 00 00 00 00 00 00
+out "Pola 0xa1:01 02 12 34\n"
+spi_renesas: D1 00 00 00 01 D2 00 00 00 00 00 00
+out "hofs[0] 0xd1:03 04 20 01\n"
+spi_renesas: D3 00 00 00 01 D4 00 00 00 00 00 00
+out "hg 0xd3:05 06 30 02\n"
+spi_renesas: C5 00 00 00 01 C6 00 00 00 00 00 00
+out "xmin 0xc5:07 08 40 03\n"
+spi_renesas: C6 00 00 00 01 C7 00 00 00 00 00 00
+out "xmax 0xc6:09 0a 50 04\n"
+spi_renesas: 98 00 00 00 01 99 00 00 00 00 00 00
+out "sin 0x98:0b 0c 60 05\n"
+)";
+
 // ---- what the controller answers -------------------------------------------------------------
 
 /// One attempt's six checksum reads, as the controller answers them after intact downloads.
@@ -157,6 +222,15 @@ inline void answer_corrupted_once(Script& script) {
 inline void answer_corrupted(Script& script) {
   script.reply({0x66, 0, 0, 0, 0xA0}, {0, 0, 0x11, 0x22, 0});
   script.reply({0x67, 0, 0, 0, 0xA0}, {0, 0, 0x33, 0x44, 0});
+}
+
+inline void answer_iris_values(Script& script) {
+  script.query_reply(0xA1, {0x01, 0x02, 0x12, 0x34});
+  script.query_reply(0xD1, {0x03, 0x04, 0x20, 0x01});
+  script.query_reply(0xD3, {0x05, 0x06, 0x30, 0x02});
+  script.query_reply(0xC5, {0x07, 0x08, 0x40, 0x03});
+  script.query_reply(0xC6, {0x09, 0x0A, 0x50, 0x04});
+  script.query_reply(0x98, {0x0B, 0x0C, 0x60, 0x05});
 }
 
 }  // namespace kelvo::test::boot

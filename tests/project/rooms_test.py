@@ -20,6 +20,7 @@ ROOMS = {
                                       "pantilt/link", "bus"),
     "ois/calibration":   INTERFACE + ("lens/variant", "bus"),
     "ois/quality_check": INTERFACE + ("lens/boot", "lens/variant", "ois/calibration", "bus"),
+    "ois/stabiliser":    INTERFACE + ("lens/variant", "bus"),
     "pantilt/link":      INTERFACE,
     "pantilt/controller": INTERFACE + ("pantilt/link",),
     "pantilt/motion":    INTERFACE + ("pantilt/controller", "pantilt/link"),
@@ -27,6 +28,7 @@ ROOMS = {
     "sim/camera":        ("wire",),
     "sim/wrapper":       ("sim/camera", "sim/seam", "wire"),
     "tools":             INTERFACE,
+    "benchmarks":        INTERFACE,
     "examples":          ("include",),
 }
 UNRESTRICTED = ("tests",)

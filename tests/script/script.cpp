@@ -249,10 +249,18 @@ class Script::Impl final : public sim::Host {
     const std::optional<Fate> fate = take_fate(call);
     if (fate) {
       record(line + fate->note);
-      return fate->value;
+    } else {
+      record(result < 0 ? line + " -> " + strerrorname_np(-result) : line);
     }
-    record(result < 0 ? line + " -> " + strerrorname_np(-result) : line);
-    return result;
+    take_action(call);
+    return fate ? fate->value : result;
+  }
+
+  void take_action(Call call) {
+    const int number = counts_[static_cast<std::size_t>(call)];
+    for (const Moment& moment : moments_) {
+      if (moment.call == call && moment.number == number) moment.action();
+    }
   }
 
   static int foreign(Device device, int descriptor) {
@@ -297,6 +305,12 @@ class Script::Impl final : public sim::Host {
     Fate fate;
   };
 
+  struct Moment {
+    Call call;
+    int number;
+    std::function<void()> action;
+  };
+
   static inline Impl* current = nullptr;
 
   Capture out_;
@@ -304,6 +318,7 @@ class Script::Impl final : public sim::Host {
   std::filesystem::path folder_;
   std::vector<std::string> lines_;
   std::vector<Plan> plans_;
+  std::vector<Moment> moments_;
   std::array<int, call_kinds> counts_{};
   std::vector<Reply> once_;
   std::vector<Reply> lasting_;
@@ -370,6 +385,10 @@ void Script::unreadable_file(const std::string& path) {
   std::filesystem::create_directory(impl_->real_path(path));
 }
 
+void Script::full_file(const std::string& path) {
+  std::filesystem::create_symlink("/dev/full", impl_->real_path(path));
+}
+
 Bytes Script::written(const std::string& path) const {
   std::ifstream stream(impl_->real_path(path), std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
@@ -391,6 +410,10 @@ void Script::fail(Call call, int nth, int times, int error) {
 void Script::result(Call call, int nth, int value) {
   const int first = count(call) + nth;
   impl_->plans_.push_back({call, first, 1, {value, " -> " + std::to_string(value)}});
+}
+
+void Script::at(Call call, int nth, std::function<void()> action) {
+  impl_->moments_.push_back({call, count(call) + nth, std::move(action)});
 }
 
 int Script::count(Call call) const { return impl_->counts_[static_cast<std::size_t>(call)]; }

@@ -42,6 +42,7 @@
 
 #include <cerrno>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -101,6 +102,8 @@ class Script {
   void file(const std::string& path, const Bytes& content);
   /// A camera file that opens but cannot be read (every read is an error).
   void unreadable_file(const std::string& path);
+  /// A camera file that opens for writing and takes nothing, as on a full storage.
+  void full_file(const std::string& path);
   /// What has been written to a camera file that was opened for writing; empty if none was.
   Bytes written(const std::string& path) const;
 
@@ -114,6 +117,9 @@ class Script {
   void fail(Call call, int nth = 1, int times = 1, int error = EIO);
   /// The nth call of this kind from now on has this result instead (for example a positive one).
   void result(Call call, int nth, int value);
+  /// The nth call of this kind from now on (not calloc) is recorded, then this is done, then the call
+  /// returns. A test of a function that never returns ends its process here.
+  void at(Call call, int nth, std::function<void()> action);
   /// Calls of this kind so far, failed ones included.
   int count(Call call) const;
 

@@ -11,7 +11,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
+#include "script/child.h"
 #include "wire/spi_device.h"
 
 namespace {
@@ -19,7 +21,10 @@ namespace {
 using kelvo::test::Bytes;
 using kelvo::test::Call;
 using kelvo::test::forever;
+using kelvo::test::in_a_process;
 using kelvo::test::Script;
+using kelvo::test::Tell;
+using kelvo::test::Told;
 
 int open_lens() { return open("/dev/spi_renesas", O_RDWR); }
 
@@ -239,6 +244,38 @@ TEST(Script, OpensFilesThatCannotBeRead) {
   EXPECT_EQ(std::fgetc(stream), EOF);
   EXPECT_NE(std::ferror(stream), 0);
   std::fclose(stream);
+}
+
+TEST(Script, OpensFilesThatTakeNothing) {
+  Script script;
+  script.full_file("/bin/DC_S_Cali.dat");
+  std::FILE* const stream = std::fopen("/bin/DC_S_Cali.dat", "wb");
+  ASSERT_NE(stream, nullptr);
+  std::fputc(9, stream);
+  EXPECT_EQ(std::fflush(stream), EOF);
+  std::fclose(stream);
+}
+
+TEST(Script, ActsInTheMiddleOfACall) {
+  Script script;
+  std::string so_far;
+  script.at(Call::usleep, 2, [&] { so_far = script.transcript(); });
+  for (const useconds_t time : {1, 2, 3}) usleep(time);
+  EXPECT_EQ(so_far, "usleep 1\nusleep 2\n");
+  EXPECT_EQ(script.transcript(), "usleep 3\n");
+}
+
+TEST(Script, CanEndAProcessThatWouldNeverEnd) {
+  const Told told = in_a_process([](const Tell& tell) {
+    Script script;
+    script.at(Call::sleep, 3, [&] {
+      tell(script.transcript());
+      _exit(0);
+    });
+    for (;;) sleep(1);
+  });
+  EXPECT_EQ(told.text, "sleep 1\nsleep 1\nsleep 1\n");
+  EXPECT_EQ(told.trouble, "");
 }
 
 }  // namespace

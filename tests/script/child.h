@@ -1,11 +1,11 @@
 // A piece of work in a process of its own.
-#ifndef KELVO_TESTS_FAILURE_CHILD_H
-#define KELVO_TESTS_FAILURE_CHILD_H
+#ifndef KELVO_TESTS_SCRIPT_CHILD_H
+#define KELVO_TESTS_SCRIPT_CHILD_H
 
 #include <functional>
 #include <string>
 
-namespace kelvo::test::failure {
+namespace kelvo::test {
 
 /// What a process has told, and why it ended before its time ("" if it did not).
 struct Told {
@@ -18,6 +18,6 @@ using Tell = std::function<void(const std::string&)>;
 /// Does the work in a new process and waits for its end; a process that hangs is killed.
 Told in_a_process(const std::function<void(const Tell&)>& work);
 
-}  // namespace kelvo::test::failure
+}  // namespace kelvo::test
 
 #endif

@@ -1,4 +1,4 @@
-#include "failure/child.h"
+#include "script/child.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -11,7 +11,7 @@
 // A sanitizer's report must not end in the captured standard error.
 extern "C" [[gnu::weak]] void __sanitizer_set_report_fd(void* descriptor);
 
-namespace kelvo::test::failure {
+namespace kelvo::test {
 namespace {
 
 constexpr unsigned longest_life = 50;  // seconds
@@ -64,4 +64,4 @@ Told in_a_process(const std::function<void(const Tell&)>& work) {
   return {text, trouble_of(status)};
 }
 
-}  // namespace kelvo::test::failure
+}  // namespace kelvo::test
