@@ -6,7 +6,6 @@
 // output; that is shown with --verbose only. Exit codes: 0 all is well, 1 some module did not boot
 // cleanly, 2 wrong arguments, 3 there is no camera.
 #include <errno.h>
-#include <fcntl.h>
 #include <getopt.h>
 #include <kelvo.h>
 #include <stdbool.h>
@@ -15,7 +14,8 @@
 #include <stdlib.h>
 #include <string.h>
 #include <time.h>
-#include <unistd.h>
+
+#include "own_lines.h"
 
 enum { exit_boot_failed = 1, exit_usage = 2, exit_no_camera = 3 };
 
@@ -68,27 +68,6 @@ struct Outcome {
   int32_t variant;
   uint32_t move_status[motor_count];  // of the start commands, 0 = all were sent
 };
-
-// The program's own lines. The library's go to standard output, wherever that leads.
-static FILE *lines;
-
-// Leads standard output into nothing and keeps the place where it led for the program's own lines.
-static bool silence_library(void) {
-  const int own = dup(STDOUT_FILENO);
-  const int nothing = open("/dev/null", O_WRONLY);
-  if (own < 0 || nothing < 0 || dup2(nothing, STDOUT_FILENO) < 0) return false;
-  close(nothing);
-  lines = fdopen(own, "w");
-  return lines != NULL;
-}
-
-// Nothing may be touched without a camera, not even the reset line.
-static bool camera_is_there(void) {
-  const int device = open(lens_controller, O_RDWR);
-  if (device < 0) return false;
-  close(device);
-  return true;
-}
 
 // Waits until a move must be over, with a little in hand.
 static void wait_for(uint32_t steps, uint32_t rate) {
@@ -176,7 +155,7 @@ int main(int argc, char **argv) {
     for (; count < module_count; ++count) chosen[count] = &modules[count];
   }
 
-  if (!camera_is_there()) {
+  if (!device_is_there(lens_controller)) {
     fprintf(stderr,
             "%s: cannot open %s (%s): run it on the camera, or under the simulated one with "
             "LD_PRELOAD=libkelvo-sim.so\n",

@@ -13,10 +13,10 @@ std::span<const Download> BootRecord::listed() const {
   return {downloads.data(), std::min<std::size_t>(download_count, most_downloads)};
 }
 
-void BootLog::attempt(Time begun, const Positions& positions) {
+void BootLog::attempt(Time begun, const LensSummary& lens) {
   BootRecord* boot = &current(begun);
   if (boot->settled) {
-    boot->positions = positions;
+    boot->lens = lens;
     boot = &begin(begun);
   }
   ++boot->attempts;

@@ -9,7 +9,7 @@
 
 #include "sim/camera/carried_image.h"
 #include "sim/camera/clock.h"
-#include "sim/camera/wiring.h"
+#include "sim/camera/lens_summary.h"
 
 namespace kelvo::sim::camera {
 
@@ -53,7 +53,7 @@ struct BootRecord {
   std::array<Download, most_downloads> downloads{};  // the first ones
   std::array<std::uint32_t, frame_kinds> frames{};
   std::uint64_t violations = 0;
-  Positions positions{};  // of the motors, when the next boot began
+  LensSummary lens{};  // when the next boot began
 
   void add(const Download& download);
   std::span<const Download> listed() const;
@@ -67,7 +67,7 @@ class BootLog {
   static constexpr std::uint32_t capacity = 16;
 
   /// The controller was reset at `begun`: another attempt, or another boot.
-  void attempt(Time begun, const Positions& positions);
+  void attempt(Time begun, const LensSummary& lens);
   /// The boot that is under way; frames without any reset before them make one without attempts.
   BootRecord& current(Time now);
 

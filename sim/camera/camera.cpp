@@ -1,7 +1,6 @@
 #include "sim/camera/camera.h"
 
 #include <algorithm>
-#include <cerrno>
 
 namespace kelvo::sim::camera {
 namespace {
@@ -45,7 +44,9 @@ int Camera::transfer_pt5111(std::span<const std::uint8_t> sent, std::span<std::u
   return 0;
 }
 
-int Camera::transfer_pan_tilt() const { return -ENXIO; }
+int Camera::transfer_pan_tilt(std::span<const BusMessage> messages) {
+  return head_.transfer(clock.now(), messages, violations_);
+}
 
 int Camera::shell(std::string_view command) {
   const bool was_high = reset_line_.high();
@@ -61,29 +62,20 @@ int Camera::shell(std::string_view command) {
     lens_.hold_in_reset(clock.now());
   }
   if (!was_high && is_high) {
-    boots_.attempt(reset_at_, positions());
+    boots_.attempt(reset_at_, lens_summary());
     lens_.release_from_reset();
   }
   return *status;
 }
 
-Positions Camera::positions() const {
-  const Time now = clock.now();
-  Positions result{};
-  const auto put = [&](Output output, const Stepper& motor) {
-    result[static_cast<std::size_t>(output)] = motor.position(now);
-  };
-  put(Output::zoom1_block, lens_.program().zoom1());
-  put(Output::zoom3_block, lens_.program().zoom3());
-  put(Output::focus_channel, lens_.program().motor_block().focus());
-  put(Output::zoom_channel, lens_.program().motor_block().zoom());
-  put(Output::pt5111_a, pt5111_.motor_a());
-  put(Output::pt5111_b, pt5111_.motor_b());
-  return result;
+Positions Camera::positions() const { return lens_summary().positions; }
+
+LensSummary Camera::lens_summary() const {
+  return summarise(lens_.program(), pt5111_, clock.now());
 }
 
-Positions Camera::positions(std::uint32_t boot) const {
-  return boot == boots_.total() ? positions() : boots_.boot(boot).positions;
+LensSummary Camera::lens_summary(std::uint32_t boot) const {
+  return boot == boots_.total() ? lens_summary() : boots_.boot(boot).lens;
 }
 
 }  // namespace kelvo::sim::camera

@@ -9,6 +9,7 @@
 
 #include "sim/camera/boot_log.h"
 #include "sim/camera/clock.h"
+#include "sim/camera/head.h"
 #include "sim/camera/lens_controller.h"
 #include "sim/camera/pt5111.h"
 #include "sim/camera/reset_line.h"
@@ -21,7 +22,7 @@ namespace kelvo::sim::camera {
 class Camera {
  public:
   /// Grows with every change of what lies where.
-  static constexpr std::uint32_t layout_version = 1;
+  static constexpr std::uint32_t layout_version = 2;
 
   Clock clock;
 
@@ -31,31 +32,37 @@ class Camera {
                     CarriedImages images);
   /// The same with the PT5111 on its own device.
   int transfer_pt5111(std::span<const std::uint8_t> sent, std::span<std::uint8_t> received);
-  /// A combined I2C request. No slave acknowledges.
-  int transfer_pan_tilt() const;
+  /// A combined I2C request of at least one message to the head; the number of its messages.
+  int transfer_pan_tilt(std::span<const BusMessage> messages);
   /// A shell command; its wait status.
   int shell(std::string_view command);
 
   /// The n-th download on the wire, from 1, shall arrive with one bit flipped. False: too many.
   bool corrupt_download(std::uint32_t number) { return lens_.corrupt_download(number); }
 
+  /// Another head takes this one's place; a camera comes with one of the Tasmere family.
+  void fit_head(HeadFamily family) { head_ = Head(family); }
+
   const Violations& violations() const { return violations_; }
   const BootLog& boots() const { return boots_; }
   const LensController& lens() const { return lens_; }
   const Pt5111& pt5111() const { return pt5111_; }
   const ResetLine& reset_line() const { return reset_line_; }
+  const Head& head() const { return head_; }
   /// Words that came over the PT5111's own device.
   std::uint32_t pt5111_words() const { return pt5111_words_; }
 
   /// Where the motors stand now.
   Positions positions() const;
-  /// Where they stood when a boot's time was over; the last one's is not.
-  Positions positions(std::uint32_t boot) const;
+  /// How the lens side stands now, or stood when a boot's time was over; the last one's is not.
+  LensSummary lens_summary() const;
+  LensSummary lens_summary(std::uint32_t boot) const;
 
  private:
   LensController lens_;
   Pt5111 pt5111_;
   ResetLine reset_line_;
+  Head head_{HeadFamily::tasmere};
   Violations violations_;
   BootLog boots_;
   std::uint32_t pt5111_words_ = 0;

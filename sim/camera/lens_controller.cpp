@@ -55,7 +55,7 @@ void LensController::start(const Exchange& exchange, BootRecord& boot, Pt5111& p
     pt5111.fit(*module);
     fitted_ = true;
   }
-  program_.start(*module);
+  program_.start(*module, exchange.now, pt5111);
   boot.module = *module;
   boot.version = program_.version();
 }

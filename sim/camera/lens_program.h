@@ -4,10 +4,14 @@
 #include <cstdint>
 
 #include "sim/camera/boot_log.h"
+#include "sim/camera/calibration_run.h"
 #include "sim/camera/command_motor.h"
+#include "sim/camera/counters.h"
 #include "sim/camera/exchange.h"
 #include "sim/camera/motor_block.h"
 #include "sim/camera/pt5111.h"
+#include "sim/camera/sensors.h"
+#include "sim/camera/stabiliser.h"
 #include "sim/camera/wiring.h"
 
 namespace kelvo::sim::camera {
@@ -19,7 +23,7 @@ class LensProgram {
   FrameKind receive(Exchange& exchange, Pt5111& pt5111);
 
   /// The program of this module starts, with its own settings.
-  void start(LensModule module);
+  void start(LensModule module, Time now, const Pt5111& pt5111);
   /// The controller is reset: the motors stop where they are.
   void stop(Time now);
   void fit(LensModule module);
@@ -27,23 +31,31 @@ class LensProgram {
   LensModule module() const { return module_; }
   std::uint16_t version() const;
   /// The last value that a command brought, or what the program itself starts with.
-  std::uint16_t value(std::uint8_t command) const { return values_[command]; }
+  std::uint32_t value(std::uint8_t command) const { return values_[command]; }
 
   const MotorBlock& motor_block() const { return motor_block_; }
-  const Stepper& zoom1() const { return zoom1_; }
-  const Stepper& zoom3() const { return zoom3_; }
+  const Counters& counters() const { return counters_; }
+  bool stabiliser_on() const { return stabiliser_.on(); }
+  /// What all motors do, those at the PT5111 too.
+  MotorStates motors(Time now, const Pt5111& pt5111) const;
 
  private:
   void command(Exchange& exchange, Pt5111& pt5111);
-  void query(Exchange& exchange) const;
+  void write_register(Exchange& exchange, const Pt5111& pt5111);
   void pass_on(Exchange& exchange, Pt5111& pt5111) const;
-  std::uint16_t answer(std::uint8_t code) const;
+  void query(Exchange& exchange, const Pt5111& pt5111) const;
+  std::uint32_t answer(Exchange& exchange, const Pt5111& pt5111) const;
+  std::uint32_t read_register(Exchange& exchange, const MotorStates& motors) const;
 
   LensModule module_ = LensModule::de015;
   CommandValues values_{};
   MotorBlock motor_block_;
   Stepper zoom1_;
   Stepper zoom3_;
+  Counters counters_;
+  Sensors sensors_;
+  Stabiliser stabiliser_;
+  CalibrationRun calibration_;
 };
 
 }  // namespace kelvo::sim::camera

@@ -5,22 +5,25 @@
 #include <cstdint>
 
 #include "sim/camera/exchange.h"
+#include "sim/camera/filter_coil.h"
 #include "sim/camera/stepper.h"
 #include "sim/camera/wiring.h"
 
 namespace kelvo::sim::camera {
 
-/// The lens controller's 16-bit registers: two motor channels and the words written before a move.
+/// The lens controller's 16-bit registers: two motor channels, the words written before a move, supplies,
+/// the coil of an IR-cut filter.
 ///
 /// A channel's move starts when its control register goes from armed to run, with what the other
-/// registers hold at that moment. A step-period word is taken apart by the drive mode: ten bits of
-/// period, the range above them, and whatever lies beyond the mode's highest range belongs to the
-/// period. So a phase drive's words go smoothly through 8192. A longer period in a lower range cannot be
-/// told from a shorter one in the next range and is taken for that: 1296 means range 1, period 272, and
-/// 1024, range 1 with period 0, does not move.
+/// registers hold at that moment. It needs current in the coils: an off word in the current register halts
+/// the motor, and it cannot be started. A step-period word is taken apart by the drive mode: ten bits of
+/// period with the range above them. In micro-step drive the step clock has every range up to 10; in the
+/// phase drives it has the ranges 0, 3, 5 and 7, and what lies beyond the next lower one of these belongs to
+/// the period: 4208 is range 3, period 1136. Counter and status registers are read elsewhere.
 class MotorBlock {
  public:
   static bool has(std::uint8_t reg);
+  static bool reads_only(std::uint8_t reg);
 
   void write(Exchange& exchange, std::uint8_t reg, std::uint16_t value);
   std::uint16_t read(std::uint8_t reg) const { return registers_[reg]; }
@@ -31,15 +34,18 @@ class MotorBlock {
 
   const Stepper& focus() const { return focus_; }
   const Stepper& zoom() const { return zoom_; }
+  const FilterCoil& filter() const { return filter_; }
 
  private:
   void run(Exchange& exchange, const wire::MotorChannel& channel, Stepper& stepper) const;
   void control(Exchange& exchange, const wire::MotorChannel& channel, Stepper& stepper,
                std::uint16_t value) const;
+  void drive_filter(Time now, std::uint16_t value);
 
   std::array<std::uint16_t, 256> registers_{};
   Stepper focus_;
   Stepper zoom_;
+  FilterCoil filter_;
 };
 
 }  // namespace kelvo::sim::camera

@@ -24,10 +24,20 @@ constexpr std::uint8_t run_a = register_of(words::motor_a | words::run);
 constexpr std::uint8_t run_b = register_of(words::motor_b | words::run);
 constexpr std::uint16_t run_value = value_of(words::run);
 constexpr std::uint16_t halt_value = value_of(words::halt_a);
+constexpr std::uint8_t drive_a = register_of(words::drive_a);
+constexpr std::uint16_t drive_off_value = value_of(words::drive_a_off);
+constexpr std::uint8_t filter_setup = register_of(words::filter_setup);
+constexpr std::uint8_t filter_direction = register_of(words::filter_on);
+constexpr std::uint8_t interrupter = register_of(words::interrupter_on);
+static_assert(register_of(words::filter_pulse) == run_b);
 
 }  // namespace
 
 bool Pt5111::powered() const { return registers_[power_register] != value_of(words::power_off); }
+
+bool Pt5111::interrupter_supplied() const {
+  return registers_[interrupter] != value_of(words::interrupter_off);
+}
 
 std::uint16_t Pt5111::field(std::uint16_t base, std::int32_t word) const {
   return registers_[register_of(base | word)];
@@ -39,15 +49,32 @@ void Pt5111::receive(Time now, std::uint16_t word) {
   registers_[reg] = value;
   if (reg == run_a) control(now, motor_a_, words::motor_a, value);
   if (reg == run_b) control(now, motor_b_, words::motor_b, value);
+  if (reg == run_b && filter_on_b_) pulse(now, value);
+  if (reg == drive_a && value == drive_off_value) motor_a_.halt(now);
   if (reg == power_register && !powered()) {
     motor_a_.halt(now);
     motor_b_.halt(now);
+    filter_.release(now);
+  }
+}
+
+void Pt5111::pulse(Time now, std::uint16_t value) {
+  const std::uint16_t direction = registers_[filter_direction];
+  const bool known =
+      direction == value_of(words::filter_on) || direction == value_of(words::filter_off);
+  const bool set_up = registers_[filter_setup] == value_of(words::filter_setup);
+  if (value == value_of(words::filter_pulse) && powered() && set_up && known) {
+    filter_.drive(now,
+                  direction == value_of(words::filter_on) ? FilterPlace::on : FilterPlace::off);
+  } else {
+    filter_.release(now);
   }
 }
 
 void Pt5111::control(Time now, Stepper& motor, std::uint16_t base, std::uint16_t value) const {
   if (value == halt_value) motor.halt(now);
-  if (value != run_value || !powered()) return;
+  const bool driven = field(base, words::drive_a) != drive_off_value;
+  if (value != run_value || !powered() || !driven) return;
   const bool backward = (field(base, 0) & words::backward) != 0;
   const std::uint32_t counts =
       (std::uint32_t{field(base, words::count_high)} << value_bits) + field(base, words::count_low);
@@ -60,6 +87,8 @@ void Pt5111::control(Time now, Stepper& motor, std::uint16_t base, std::uint16_t
 void Pt5111::fit(LensModule module) {
   motor_a_.fit(end_stop(module, Output::pt5111_a));
   motor_b_.fit(end_stop(module, Output::pt5111_b));
+  filter_ = {};
+  filter_on_b_ = module == LensModule::df033;
 }
 
 }  // namespace kelvo::sim::camera

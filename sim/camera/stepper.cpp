@@ -30,22 +30,31 @@ void Stepper::start(Time now, const Move& move) {
 }
 
 void Stepper::halt(Time now) {
+  driven_before_ = driven(now);
   origin_ = position(now);
   move_ = {};
   duration_ = Time::zero();
 }
 
-std::int32_t Stepper::position(Time now) const {
-  if (!move_.rate.moves()) return origin_;
+/// Counts of the move that is under way, or was the last one.
+std::int64_t Stepper::made(Time now) const {
+  if (!move_.rate.moves()) return 0;
   std::int64_t counts = move_.counts;
   if (running(now)) {
     const auto elapsed = static_cast<std::uint64_t>((now - started_).count());
     const std::uint64_t ticks = elapsed * move_.rate.ticks / move_.rate.nanoseconds;
     counts = static_cast<std::int64_t>(ticks / move_.ticks_per_count);
   }
-  const std::int64_t target =
-      move_.direction == Direction::forward ? origin_ + counts : origin_ - counts;
-  return static_cast<std::int32_t>(std::clamp<std::int64_t>(target, -end_stop_, end_stop_));
+  return move_.direction == Direction::forward ? counts : -counts;
+}
+
+std::int32_t Stepper::position(Time now) const {
+  return static_cast<std::int32_t>(
+      std::clamp<std::int64_t>(origin_ + made(now), -end_stop_, end_stop_));
+}
+
+std::uint32_t Stepper::driven(Time now) const {
+  return driven_before_ + static_cast<std::uint32_t>(made(now));
 }
 
 }  // namespace kelvo::sim::camera

@@ -46,10 +46,15 @@ class Stepper {
 
   bool running(Time now) const { return now - started_ < duration_; }
   std::int32_t position(Time now) const;
+  /// Counts that have been driven, forward less backward, whether or not the motor could follow.
+  std::uint32_t driven(Time now) const;
 
  private:
+  std::int64_t made(Time now) const;
+
   std::int32_t end_stop_ = 0;
-  std::int32_t origin_ = 0;  // position at the start of the move
+  std::int32_t origin_ = 0;          // position at the start of the move
+  std::uint32_t driven_before_ = 0;  // by earlier moves
   Time started_{};
   Time duration_{};  // from the start to the last tick
   Move move_;

@@ -10,6 +10,9 @@ const char* name_of(Unit unit) {
     case Unit::lens_controller: return "lens controller";
     case Unit::pt5111: return "PT5111";
     case Unit::reset_line: return "reset line";
+    case Unit::i2c_bus: return "I2C bus";
+    case Unit::pan_controller: return "pan controller";
+    case Unit::tilt_controller: return "tilt controller";
   }
   return "";
 }

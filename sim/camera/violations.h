@@ -13,7 +13,14 @@
 namespace kelvo::sim::camera {
 
 /// The part of the camera that a violation was committed against.
-enum class Unit : std::uint8_t { lens_controller, pt5111, reset_line };
+enum class Unit : std::uint8_t {
+  lens_controller,
+  pt5111,
+  reset_line,
+  i2c_bus,
+  pan_controller,
+  tilt_controller
+};
 
 const char* name_of(Unit unit);
 

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <vector>
 
 #include "sim/wrapper/carried_images.h"
 
@@ -25,6 +26,7 @@ CameraHost::CameraHost(const Settings& settings)
       owner_(getpid()),
       begun_(std::chrono::steady_clock::now()),
       files_(settings.files) {
+  camera_.fit_head(settings.head);
   for (const std::uint32_t number : settings.corrupt) camera_.corrupt_download(number);
 }
 
@@ -65,8 +67,15 @@ Answer CameraHost::i2c(Device device, int /*descriptor*/, std::span<i2c_msg> mes
   if (device == Device::none) return {};
   if (device != Device::i2c_2) return -ENOTTY;
   if (messages.empty()) return -EINVAL;
+  std::vector<camera::BusMessage> request;
+  for (const i2c_msg& message : messages) {
+    // The adapter does not do anything but plain messages to addresses of seven bits.
+    if ((message.flags & ~I2C_M_RD) != 0) return -EOPNOTSUPP;
+    if (message.buf == nullptr && message.len != 0) return -EFAULT;
+    request.push_back({message.addr, (message.flags & I2C_M_RD) != 0, {message.buf, message.len}});
+  }
   const Guard guard(mutex_);
-  return up_to_date().transfer_pan_tilt();
+  return up_to_date().transfer_pan_tilt(request);
 }
 
 Answer CameraHost::delay(SleepCall /*call*/, std::chrono::nanoseconds time) {

@@ -84,22 +84,54 @@ std::string images_table(const Camera& camera, CarriedImages images) {
   return table.empty() ? "" : table.text();
 }
 
+std::string loops_table(const Camera& camera) {
+  Table table({"boot", "IR-cut filter", "DC iris", "heater", "stabiliser"});
+  for (std::uint32_t number = camera.boots().first(); number <= camera.boots().total(); ++number) {
+    if (!camera.boots().boot(number).runs) continue;
+    const camera::LensSummary lens = camera.lens_summary(number);
+    table.add({format("%u", number), name_of(lens.filter), format("%u", lens.iris_target),
+               format("%u", lens.heater), lens.stabiliser_on ? "on" : "off"});
+  }
+  return table.empty() ? "" : table.text();
+}
+
 std::string position_text(std::int32_t position) {
   return position == 0 ? "0" : format("%+d", position);
 }
 
 std::string motors_table(const Camera& camera) {
-  Table table({"boot", "motor", "position", "in"});
+  Table table({"boot", "motor", "position", "counter", "in"});
   for (std::uint32_t number = camera.boots().first(); number <= camera.boots().total(); ++number) {
     const BootRecord& boot = camera.boots().boot(number);
-    const camera::Positions positions = camera.positions(number);
+    const camera::LensSummary lens = camera.lens_summary(number);
     for (const camera::Wire& wire : camera::wiring) {
       if (!boot.runs || wire.module != boot.module) continue;
-      table.add({format("%u", number), wire.motor,
-                 position_text(positions[static_cast<std::size_t>(wire.output)]), wire.count});
+      const std::size_t output = index(wire.output);
+      table.add({format("%u", number), wire.motor, position_text(lens.positions[output]),
+                 wire.counted ? format("%d", lens.counts[output]) : "-", wire.count});
     }
   }
   return table.empty() ? "" : table.text();
+}
+
+std::string state_of(const camera::HeadController& controller, camera::Time now) {
+  if (controller.asleep()) return "asleep";
+  return controller.axis().moving(now) ? "moves" : "at rest";
+}
+
+/// Positions on the scale of the interface, counts as the controllers have them.
+std::string head_table(const Camera& camera) {
+  const camera::Time now = camera.clock.now();
+  Table table({"head", "family", "position", "count", "limits", "state"});
+  const auto add = [&](camera::HeadAxis axis, const camera::HeadController& controller) {
+    table.add({camera::name_of(axis), camera::name_of(camera.head().family()),
+               format("%u", controller.common_position(now)),
+               format("%u", controller.axis().position(now)),
+               controller.axis().bound() ? "on" : "off", state_of(controller, now)});
+  };
+  add(camera::HeadAxis::pan, camera.head().pan());
+  add(camera::HeadAxis::tilt, camera.head().tilt());
+  return table.text();
 }
 
 std::string frame_text(const Violation& violation) {
@@ -134,14 +166,16 @@ std::string report(const Camera& camera, CarriedImages images) {
     text += format("  %u earlier boots are not listed\n", camera.boots().first() - 1);
   }
   if (camera.boots().total() != 0) {
-    for (const std::string& table : {boots_table(camera), frames_table(camera),
-                                     images_table(camera, images), motors_table(camera)}) {
+    for (const std::string& table :
+         {boots_table(camera), frames_table(camera), images_table(camera, images),
+          motors_table(camera), loops_table(camera)}) {
       if (!table.empty()) text += table + "\n";
     }
   }
   if (camera.pt5111_words() != 0) {
     text += format("  words on the PT5111's own device: %u\n", camera.pt5111_words());
   }
+  if (camera.head().transfers() != 0) text += head_table(camera) + "\n";
   text += format("  time simulated: %s\n", seconds(camera.clock.now()).c_str());
   text += format("  protocol violations: %llu\n",
                  static_cast<unsigned long long>(camera.violations().total()));

@@ -34,6 +34,11 @@ bool read_corrupt(std::string_view value, Settings& settings) {
   }
 }
 
+bool read_head(std::string_view value, Settings& settings) {
+  settings.head = value == "vetra" ? wire::HeadFamily::vetra : wire::HeadFamily::tasmere;
+  return value == "vetra" || value == "tasmere";
+}
+
 bool read_report(std::string_view value, Settings& settings) {
   settings.report = value == "none" ? ReportMode::none : ReportMode::text;
   return value == "none" || value == "text";
@@ -55,6 +60,7 @@ constexpr std::array settings_table{
     Setting{"files", "a folder", read_files},
     Setting{"corrupt", "up to 16 numbers of program downloads from 1, joined by + (corrupt=1+4)",
             read_corrupt},
+    Setting{"head", "tasmere or vetra", read_head},
     Setting{"report", "none or text", read_report},
     Setting{"report-file", "a file", read_report_file},
 };

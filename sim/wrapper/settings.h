@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "wire/pan_tilt.h"
+
 namespace kelvo::sim {
 
 /// The environment variable with the settings.
@@ -21,6 +23,7 @@ struct Settings {
   ClockMode clock = ClockMode::real;   // as time passes, or only when somebody sleeps
   std::string files;                   // folder of the camera's files; empty: a private one
   std::vector<std::uint32_t> corrupt;  // downloads on the wire that lose a bit, from 1
+  wire::HeadFamily head = wire::HeadFamily::tasmere;
   ReportMode report = ReportMode::text;
   std::string report_file;  // empty: standard error
 };

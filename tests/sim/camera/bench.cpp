@@ -139,6 +139,11 @@ void Bench::command(std::uint8_t code, std::uint8_t a1, std::uint8_t a2, std::ui
   send({code, a1, a2, a3, a4, static_cast<std::uint8_t>(code + a1 + a2 + a3 + a4), 0});
 }
 
+void Bench::command32(std::uint8_t code, std::uint32_t value) {
+  command(code, static_cast<std::uint8_t>(value >> 24), static_cast<std::uint8_t>(value >> 16),
+          static_cast<std::uint8_t>(value >> 8), static_cast<std::uint8_t>(value));
+}
+
 void Bench::command16(std::uint8_t code, int value) {
   command(code, 0, 0, static_cast<std::uint8_t>(value >> 8), static_cast<std::uint8_t>(value));
 }
@@ -148,10 +153,45 @@ void Bench::write_register(std::uint8_t reg, int value) {
   command(code, 0, reg, static_cast<std::uint8_t>(value >> 8), static_cast<std::uint8_t>(value));
 }
 
-int Bench::query(std::uint8_t code) {
-  const Frame received =
-      send({code, 0, 0, 0, 1, static_cast<std::uint8_t>(code + 1), 0, 0, 0, 0, 0, 0});
-  return received[9] << 8 | received[10];
+void Bench::move_channel(int channel, int mode, int counts, int period) {
+  const auto write = [&](int reg, int value) {
+    write_register(static_cast<std::uint8_t>(channel + reg), value);
+  };
+  write(30, 0);
+  write(0, mode);
+  write(2, counts & 1023);
+  write(4, counts >> 10);
+  write(6, period);
+  write(24, 0);
+  write(30, 3842);
+  write(30, 3850);
+}
+
+void Bench::pt5111_words(const std::vector<int>& words) {
+  for (const int word : words) {
+    const auto high = static_cast<std::uint8_t>(word >> 8);
+    const auto low = static_cast<std::uint8_t>(word);
+    if (camera.lens().program().module() == wire::LensModule::de015) {
+      send_word({high, low});
+    } else {
+      command(47, 2, high, low, 0);
+    }
+  }
+}
+
+std::uint32_t Bench::query32(std::uint8_t code, std::uint8_t argument) {
+  const bool first = code == 0xA0 || code == 0x81;
+  const std::uint8_t marker = code == 0x81 ? 0 : 1;
+  Frame frame{code, 0, 0, 0, marker, static_cast<std::uint8_t>(code + argument + marker)};
+  frame[first ? 1 : 2] = argument;
+  frame.resize(12);
+  const Frame received = send(frame);
+  return std::uint32_t{received[7]} << 24 | std::uint32_t{received[8]} << 16 |
+         std::uint32_t{received[9]} << 8 | received[10];
+}
+
+int Bench::query(std::uint8_t code, std::uint8_t argument) {
+  return static_cast<int>(query32(code, argument) & 0xFFFF);
 }
 
 std::int32_t Bench::position(sim::camera::Output output) const {

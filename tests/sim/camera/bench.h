@@ -54,12 +54,20 @@ class Bench {
   /// A command frame with its right checksum.
   void command(std::uint8_t code, std::uint8_t a1, std::uint8_t a2, std::uint8_t a3,
                std::uint8_t a4);
+  /// A command with a 32-bit value in its four arguments.
+  void command32(std::uint8_t code, std::uint32_t value);
   /// A command with a 16-bit value in its last two arguments.
   void command16(std::uint8_t code, int value);
   /// A 16-bit register of the lens controller, by the command of the program that runs.
   void write_register(std::uint8_t reg, int value);
+  /// A move of a motor channel: 0 focus, 32 zoom; mode word, counts, step-period word.
+  void move_channel(int channel, int mode, int counts, int period);
+  /// A word for the PT5111, by the way that the program which runs has.
+  void pt5111_words(const std::vector<int>& words);
   /// The 16-bit answer to a query, from reply bytes 2 and 3.
-  int query(std::uint8_t code);
+  int query(std::uint8_t code, std::uint8_t argument = 0);
+  /// The whole answer, as one number.
+  std::uint32_t query32(std::uint8_t code, std::uint8_t argument = 0);
 
   std::int32_t position(sim::camera::Output output) const;
   /// All violations listed so far, as "unit | frame | reason".

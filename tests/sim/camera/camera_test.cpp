@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <cstring>
 
 #include "sim/camera/bench.h"
@@ -27,8 +26,6 @@ TEST(Camera, IsWhereItWasAfterBeingCopiedByteByByte) {
   EXPECT_EQ(copy.query(0xD7), 0x1234);
   EXPECT_EQ(copy.violation_count(), 0u);
 }
-
-TEST(Camera, HasNoSlaveOnItsI2cBus) { EXPECT_EQ(Camera{}.transfer_pan_tilt(), -ENXIO); }
 
 TEST(Camera, FillsOnlyAsMuchOfAReplyAsWasAskedFor) {
   Bench bench;
@@ -157,8 +154,8 @@ TEST(Boots, RememberWhereTheMotorsStood) {
   bench.boot(8);
   move_focus(bench, 30);
   const auto focus = static_cast<std::size_t>(Output::focus_channel);
-  EXPECT_EQ(bench.camera.positions(1)[focus], 100);
-  EXPECT_EQ(bench.camera.positions(2)[focus], 30);
+  EXPECT_EQ(bench.camera.lens_summary(1).positions[focus], 100);
+  EXPECT_EQ(bench.camera.lens_summary(2).positions[focus], 30);
 }
 
 TEST(Boots, OfTheSameModuleFindTheMotorsWhereTheyWere) {

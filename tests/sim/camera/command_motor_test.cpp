@@ -142,4 +142,37 @@ TEST(Zoom3Block, MovesBackwardWithDirectionOne) {
   EXPECT_EQ(bench.position(Output::zoom1_block), 0);
 }
 
+TEST(Zoom1Block, StopsAndStaysWithTheCurrentThatHolds) {
+  Bench bench;
+  bench.boot(7);
+  move_zoom1(bench, 0, 100, 30);
+  bench.wait_ms(100);
+  bench.command16(61, 20);
+  bench.wait_ms(1000);
+  EXPECT_EQ(bench.position(Output::zoom1_block), 10);
+  bench.command16(63, 1);
+  bench.wait_ms(1000);
+  EXPECT_EQ(bench.position(Output::zoom1_block), 10);
+  bench.command16(61, 100);
+  bench.command16(63, 1);
+  bench.wait_ms(1000);
+  EXPECT_EQ(bench.position(Output::zoom1_block), 40);
+}
+
+TEST(Zoom3Block, StopsAndStaysWithTheCurrentThatHolds) {
+  Bench bench;
+  bench.boot(8);
+  move_zoom3(bench, 0, 800, 30);
+  bench.wait_ms(100);
+  bench.command16(26, 34);
+  bench.wait_ms(1000);
+  EXPECT_EQ(bench.position(Output::zoom3_block), 10);
+  bench.command16(28, 1);
+  bench.wait_ms(1000);
+  EXPECT_EQ(bench.position(Output::zoom3_block), 10);
+  move_zoom3(bench, 0, 800, 30);
+  bench.wait_ms(1000);
+  EXPECT_EQ(bench.position(Output::zoom3_block), 40);
+}
+
 }  // namespace

@@ -6,7 +6,6 @@
 
 namespace {
 
-using kelvo::sim::camera::MotorBlock;
 using kelvo::sim::camera::Output;
 using kelvo::sim::camera::Time;
 using kelvo::test::Bench;
@@ -142,12 +141,39 @@ TEST_F(MotorBlockTest, HasHigherRangesForMicroSteps) {
   EXPECT_EQ(focus(), 1);
 }
 
-TEST_F(MotorBlockTest, TakesAPeriodBeyondTenBitsAsAHigherRange) {
-  boot(9);
+TEST_F(MotorBlockTest, HasTheRangesZeroThreeFiveAndSevenForPhases) {
+  // Of each word the time of a tick: 204.8 us * period / 2^range.
+  const struct {
+    int word;
+    std::int64_t tick;
+  } rows[] = {
+      {781, 159'948'800},                          // range 0, period 781
+      {1024, 209'715'200},                         // 0, 1024
+      {3071, 628'940'800},                         // 0, 3071
+      {3072 + 44, 1'126'400}, {4208, 29'081'600},  // 3, 1136
+      {5119, 52'403'200},                          // 3, 2047
+      {5730, 3'904'000},                           // 5, 610
+      {7167, 13'100'800},                          // 5, 2047
+      {7168 + 7, 11'200},
+  };
+  for (const auto& row : rows) {
+    boot(7);
+    boot(9);  // another lens, its motors in the middle
+    program_focus(0x340, 3, 0, row.word);
+    run_focus();
+    wait_ns(row.tick - 1);
+    EXPECT_EQ(focus(), 0) << row.word;
+    wait_ns(1);
+    EXPECT_EQ(focus(), 1) << row.word;
+  }
+}
+
+TEST_F(MotorBlockTest, HasEveryRangeForMicroSteps) {
+  boot(7);
   // 1296 is range 1, period 272: a tick each 27.8528 ms.
-  program_focus(0x340, 10, 0, 1296);
+  program_focus(0x600, 1, 0, 1296);
   run_focus();
-  wait_ns(27'852'799);
+  wait_ns(8 * 27'852'800LL - 1);
   EXPECT_EQ(focus(), 0);
   wait_ns(1);
   EXPECT_EQ(focus(), 1);
@@ -155,16 +181,40 @@ TEST_F(MotorBlockTest, TakesAPeriodBeyondTenBitsAsAHigherRange) {
 
 TEST_F(MotorBlockTest, DoesNotMoveWithPeriodZero) {
   boot(9);
-  // 1024 is range 1, period 0.
-  program_focus(0x340, 10, 0, 1024);
-  run_focus();
-  wait_ns(60'000'000'000);
-  EXPECT_EQ(focus(), 0);
   program_focus(0x340, 10, 0, 0);
   run_focus();
   wait_ns(60'000'000'000);
   EXPECT_EQ(focus(), 0);
+  // Range 3, period 0.
+  program_focus(0x340, 10, 0, 3072);
+  run_focus();
+  wait_ns(60'000'000'000);
+  EXPECT_EQ(focus(), 0);
   EXPECT_EQ(bench.violation_count(), 0u);
+}
+
+TEST_F(MotorBlockTest, StopsWhenItsCoilsLoseTheirCurrent) {
+  for (const int off : {0x3DF, 0x1DF}) {
+    boot(8);
+    boot(7);
+    program_focus(0x600, 800, 0, 10330);
+    program_zoom(0x600, 800, 0, 10330);
+    run_focus();
+    run_zoom();
+    wait_ns(100 * 144'000 + 70'000);
+    bench.write_register(24, off);
+    wait_ns(1'000'000'000);
+    EXPECT_EQ(focus(), 100);
+    EXPECT_EQ(zoom(), 800);
+    bench.write_register(56, off);
+    run_zoom();
+    wait_ns(1'000'000'000);
+    EXPECT_EQ(zoom(), 800) << "without current";
+    bench.write_register(56, 0);
+    run_zoom();
+    wait_ns(1'000'000'000);
+    EXPECT_EQ(zoom(), 1600);
+  }
 }
 
 TEST_F(MotorBlockTest, CountsTenBitsInEachHalf) {
@@ -226,24 +276,6 @@ TEST_F(MotorBlockTest, ReportsAModeWordThatIsNoDriveMode) {
   EXPECT_EQ(bench.violations(),
             (std::vector<std::string>{"lens controller | 0F 00 1E 0F 0A 46 00 | mode word 0x500 is "
                                       "no drive mode"}));
-}
-
-TEST_F(MotorBlockTest, ReportsARegisterOutsideTheMap) {
-  boot(7);
-  bench.write_register(200, 5);
-  EXPECT_EQ(bench.violations(),
-            (std::vector<std::string>{
-                "lens controller | 0F 00 C8 00 05 DC 00 | register 200 is not in the map"}));
-  EXPECT_EQ(bench.camera.lens().program().motor_block().read(200), 0);
-}
-
-TEST_F(MotorBlockTest, KnowsEveryRegisterOfAMove) {
-  for (const int reg : {0, 2, 4, 6, 24, 30, 32, 34, 36, 38, 56, 62, 134, 142, 252}) {
-    EXPECT_TRUE(MotorBlock::has(static_cast<std::uint8_t>(reg))) << reg;
-  }
-  int known = 0;
-  for (int reg = 0; reg < 256; ++reg) known += MotorBlock::has(static_cast<std::uint8_t>(reg));
-  EXPECT_EQ(known, 15);
 }
 
 TEST_F(MotorBlockTest, LosesItsRegistersAndStopsItsMotorsInAReset) {

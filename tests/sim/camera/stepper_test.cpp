@@ -121,6 +121,18 @@ TEST(Stepper, StopsAtEitherEndOfItsTravel) {
   EXPECT_EQ(motor.position(Time(900'000'000)), -100);
 }
 
+TEST(Stepper, TellsWhatWasDrivenWhereItCouldNotFollow) {
+  Stepper motor = motor_with_travel(100);
+  motor.start(Time(0), {Direction::forward, 150, 1, thousand_a_second});
+  EXPECT_EQ(motor.driven(Time(120'000'000)), 120u);
+  motor.start(Time(130'000'000), {Direction::backward, 200, 1, thousand_a_second});
+  EXPECT_EQ(motor.driven(Time(130'000'000)), 130u);
+  EXPECT_EQ(motor.driven(Time(400'000'000)), 0u - 70);
+  EXPECT_EQ(motor.position(Time(400'000'000)), -100);
+  motor.halt(Time(400'000'000));
+  EXPECT_EQ(motor.driven(Time(500'000'000)), 0u - 70);
+}
+
 TEST(Stepper, DoesNotMoveWithoutARate) {
   Stepper motor = motor_with_travel(100);
   motor.start(Time(0), {Direction::forward, 10, 1, {0, 1'000}});

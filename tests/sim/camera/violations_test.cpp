@@ -38,6 +38,9 @@ TEST(Violations, NameTheirUnits) {
   EXPECT_STREQ(name_of(Unit::lens_controller), "lens controller");
   EXPECT_STREQ(name_of(Unit::pt5111), "PT5111");
   EXPECT_STREQ(name_of(Unit::reset_line), "reset line");
+  EXPECT_STREQ(name_of(Unit::i2c_bus), "I2C bus");
+  EXPECT_STREQ(name_of(Unit::pan_controller), "pan controller");
+  EXPECT_STREQ(name_of(Unit::tilt_controller), "tilt controller");
 }
 
 TEST(Violations, ShowTheFirstSixteenBytesOfALongFrame) {

@@ -41,13 +41,18 @@ int transfer(int descriptor, const std::uint8_t* transmit, std::uint8_t* receive
   return result < 0 ? -errno : result;
 }
 
-int i2c(int descriptor, unsigned messages) {
-  std::uint8_t byte = 32;
-  i2c_msg message{40, 0, 1, &byte};
-  i2c_rdwr_ioctl_data request{&message, messages};
+int i2c(int descriptor, i2c_msg* messages, unsigned count) {
+  i2c_rdwr_ioctl_data request{messages, count};
   errno = 0;
   const int result = ioctl(descriptor, I2C_RDWR, &request);
   return result < 0 ? -errno : result;
+}
+
+/// A message for the pan controller.
+int i2c(int descriptor, unsigned count) {
+  std::uint8_t wake_up = 28;
+  i2c_msg message{40, 0, 1, &wake_up};
+  return i2c(descriptor, &message, count);
 }
 
 TEST(CameraHost, HasTheThreeDevices) {
@@ -107,11 +112,40 @@ TEST(CameraHost, RefusesARequestThatIsNotTheDevices) {
   close(pan_tilt);
 }
 
-TEST(CameraHost, HasNoSlaveOnItsI2cBus) {
+TEST(CameraHost, HasTheHeadOnItsI2cBus) {
   InstalledCamera camera;
   const int pan_tilt = open("/dev/i2c-2", O_RDWR);
-  EXPECT_EQ(i2c(pan_tilt, 1), -ENXIO);
+  EXPECT_EQ(i2c(pan_tilt, 1), 1);
   EXPECT_EQ(i2c(pan_tilt, 0), -EINVAL);
+  std::uint8_t reg = 4;
+  std::uint8_t position[2] = {};
+  i2c_msg messages[] = {{40, 0, 1, &reg}, {40, I2C_M_RD, 2, position}};
+  EXPECT_EQ(i2c(pan_tilt, messages, 2), 2);
+  EXPECT_EQ(position[0], 0x80);
+  messages[0].addr = messages[1].addr = 42;
+  EXPECT_EQ(i2c(pan_tilt, messages, 2), -ENXIO);
+  EXPECT_EQ(position[0], 0);
+  close(pan_tilt);
+}
+
+TEST(CameraHost, HasTheHeadThatItsSettingsName) {
+  using kelvo::wire::HeadFamily;
+  EXPECT_EQ(InstalledCamera().state().head().family(), HeadFamily::tasmere);
+  EXPECT_EQ(InstalledCamera("head=tasmere").state().head().family(), HeadFamily::tasmere);
+  EXPECT_EQ(InstalledCamera("head=vetra").state().head().family(), HeadFamily::vetra);
+}
+
+TEST(CameraHost, RefusesMessagesThatTheAdapterDoesNotSend) {
+  InstalledCamera camera;
+  const int pan_tilt = open("/dev/i2c-2", O_RDWR);
+  std::uint8_t byte = 28;
+  i2c_msg ten_bit_address{40, I2C_M_TEN, 1, &byte};
+  EXPECT_EQ(i2c(pan_tilt, &ten_bit_address, 1), -EOPNOTSUPP);
+  i2c_msg no_buffer{40, 0, 1, nullptr};
+  EXPECT_EQ(i2c(pan_tilt, &no_buffer, 1), -EFAULT);
+  i2c_msg empty{40, 0, 0, nullptr};
+  EXPECT_EQ(i2c(pan_tilt, &empty, 1), 1);
+  EXPECT_EQ(camera.state().violations().total(), 0u);
   close(pan_tilt);
 }
 

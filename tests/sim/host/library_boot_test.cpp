@@ -148,14 +148,16 @@ TEST(LibraryBoot, LeavesTheBusFree) {
   EXPECT_EQ(unlockSem(static_cast<std::uint32_t>(set)), -1) << "nobody holds it";
 }
 
-TEST(LibraryBoot, OpensAnI2cBusWithoutSlaves) {
+TEST(LibraryBoot, OpensTheI2cBusToTheHead) {
   InstalledCamera camera;
   ASSERT_EQ(Init30516_T5391(), 0);
   std::uint8_t buffer[2] = {1, 1};
   EXPECT_GT(hndl, 0);
-  EXPECT_EQ(ReadI2C(40, 240, buffer, 2), -1);
-  EXPECT_EQ(buffer[0], 0);
-  EXPECT_EQ(SendI2C(41, 240, buffer, 3), -1);
+  EXPECT_EQ(ReadI2C(40, 4, buffer, 2), 0);
+  EXPECT_EQ(buffer[0], 0x80);
+  EXPECT_EQ(buffer[1], 0);
+  EXPECT_EQ(SendI2C(41, 28, nullptr, 0), 1);
+  EXPECT_EQ(camera.state().violations().total(), 0u);
 }
 
 /// The 16-bit answer of the program that runs.

@@ -78,6 +78,10 @@ const Row rows[] = {
   // range 3, period 124: 3.1744 ms a count of the 1-2 phase drive
   {"T5391FocusForward",      Init30516_T5391, setFocusForward,    100, 100, Output::focus_channel,  100, 3'174'400, 317'440'000},
   {"T5391FocusBackward",     Init30516_T5391, setFocusBackward,   100, 100, Output::focus_channel, -100, 3'174'400, 317'440'000},
+  // range 0, period 1024: 209.7152 ms a count
+  {"T5391FocusSlowest",      Init30516_T5391, setFocusForward,      0,   3, Output::focus_channel,    3, 209'715'200, 629'145'600},
+  // range 3, period 1136: 29.0816 ms a count
+  {"T5391FocusLongPeriodInRange3", Init30516_T5391, setFocusForward, 10, 20, Output::focus_channel,  20, 29'081'600, 581'632'000},
   // range 7, period 1550: 2.48 ms a count
   {"T5391FocusLongPeriod",   Init30516_T5391, setFocusForward,    128, 100, Output::focus_channel,  100, 2'480'000, 248'000'000},
   // range 7, period 781: 1.2496 ms a count
@@ -139,14 +143,6 @@ TEST(LibraryMoves, AreReplacedByTheNextOne) {
   setFocusBackward(255, 1);
   pass(1'000'000'000);
   EXPECT_EQ(camera.position(Output::focus_channel), 92);
-}
-
-TEST(LibraryMoves, StandStillWithThePeriodThatT5391HasAtSpeedZero) {
-  InstalledCamera camera;
-  ASSERT_EQ(Init30516_T5391(), 0);
-  EXPECT_EQ(setFocusForward(0, 10), 0u);
-  pass(60'000'000'000);
-  EXPECT_EQ(camera.position(Output::focus_channel), 0);
 }
 
 TEST(LibraryMoves, StandStillOnThePt5111AtSpeedZero) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "sim/camera/bench.h"
+#include "sim/camera/head_bench.h"
 #include "sim/wrapper/carried_images.h"
 
 namespace {
@@ -44,9 +45,12 @@ Simulated camera
   1     1        0x22    image  BF9B8238           intact
   1     1        0x23    image  01911A0B           intact
 
-  boot  motor   position  in
-  1     zoom 1  +316      1/2 steps
-  1     focus   0         steps
+  boot  motor   position  counter  in
+  1     zoom 1  +316      316      1/2 steps
+  1     focus   0         0        steps
+
+  boot  IR-cut filter  DC iris  heater  stabiliser
+  1     off            0        0       off
 
   time simulated: 1.834 s
   protocol violations: 0
@@ -85,6 +89,46 @@ Simulated camera
   2.200 s  lens controller  05 00 00 00 00 05 00                                            the controller was started without the three images of one module
   2.200 s  PT5111           01                                                              a word of 1 bytes, must be 2
   2.200 s  lens controller  11 11 11 11 11 11 11 11 11 11 11 11 11 11 11 11 ... (20 bytes)  the controller was started without the three images of one module
+)");
+}
+
+TEST(Report, OfAHeadOfTheVetraFamily) {
+  kelvo::test::VetraBench bench;
+  bench.limits(kelvo::test::pan, 12'507, 7013);
+  bench.enable_limits(kelvo::test::pan, 1);
+  bench.absolute(kelvo::test::pan, 0, 7013, 7200);
+  bench.continuous(kelvo::test::tilt, 0, 7200);
+  bench.wait_ms(700);
+  bench.read(kelvo::test::tilt, 2, 1);
+  EXPECT_EQ(report(bench.camera, carried()), R"(
+Simulated camera
+
+  head  family  position  count  limits  state
+  pan   Vetra   40002     7013   on      at rest
+  tilt  Vetra   9830      800    off     moves
+
+  time simulated: 0.700 s
+  protocol violations: 1
+  time     to               frame  reason
+  0.700 s  tilt controller  02     there is no register 2
+)");
+}
+
+TEST(Report, OfAHeadOfTheTasmereFamily) {
+  kelvo::test::TasmereBench bench;
+  bench.write(kelvo::test::tilt, {78, 1});
+  bench.write(kelvo::test::pan, {29, 1});
+  bench.write(kelvo::test::pan, {35});
+  bench.write(kelvo::test::pan, {1});
+  EXPECT_EQ(report(bench.camera, carried()), R"(
+Simulated camera
+
+  head  family   position  count  limits  state
+  pan   Tasmere  32768     32768  off     asleep
+  tilt  Tasmere  4916      32768  off     at rest
+
+  time simulated: 0.000 s
+  protocol violations: 0
 )");
 }
 

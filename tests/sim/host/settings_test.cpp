@@ -8,6 +8,7 @@ using kelvo::sim::ClockMode;
 using kelvo::sim::parse_settings;
 using kelvo::sim::ReportMode;
 using kelvo::sim::Settings;
+using kelvo::wire::HeadFamily;
 
 Settings good(std::string_view text) {
   const auto parsed = parse_settings(text);
@@ -22,6 +23,7 @@ TEST(Settings, HaveDefaults) {
   EXPECT_EQ(settings.clock, ClockMode::real);
   EXPECT_EQ(settings.files, "");
   EXPECT_TRUE(settings.corrupt.empty());
+  EXPECT_EQ(settings.head, HeadFamily::tasmere);
   EXPECT_EQ(settings.report, ReportMode::text);
   EXPECT_EQ(settings.report_file, "");
 }
@@ -32,6 +34,8 @@ TEST(Settings, AreReadOneByOne) {
   EXPECT_EQ(good("files=/some/where").files, "/some/where");
   EXPECT_EQ(good("corrupt=3").corrupt, (std::vector<std::uint32_t>{3}));
   EXPECT_EQ(good("corrupt=1+4+28").corrupt, (std::vector<std::uint32_t>{1, 4, 28}));
+  EXPECT_EQ(good("head=vetra").head, HeadFamily::vetra);
+  EXPECT_EQ(good("head=tasmere").head, HeadFamily::tasmere);
   EXPECT_EQ(good("report=none").report, ReportMode::none);
   EXPECT_EQ(good("report=text").report, ReportMode::text);
   EXPECT_EQ(good("report-file=a.txt").report_file, "a.txt");
@@ -49,23 +53,25 @@ TEST(Settings, MayHaveAnEqualsSignInAPath) { EXPECT_EQ(good("files=a=b").files, 
 
 TEST(Settings, NameAnUnknownOneAndListAllThatThereAre) {
   EXPECT_EQ(error_of("clok=sleep"),
-            "KELVO_SIM: there is no setting \"clok\": there are clock, files, corrupt, report, "
-            "report-file");
+            "KELVO_SIM: there is no setting \"clok\": there are clock, files, corrupt, head, "
+            "report, report-file");
   EXPECT_EQ(error_of("sleep"),
-            "KELVO_SIM: there is no setting \"sleep\": there are clock, files, corrupt, report, "
-            "report-file");
+            "KELVO_SIM: there is no setting \"sleep\": there are clock, files, corrupt, head, "
+            "report, report-file");
   EXPECT_EQ(error_of("=sleep"),
-            "KELVO_SIM: there is no setting \"\": there are clock, files, corrupt, report, "
-            "report-file");
+            "KELVO_SIM: there is no setting \"\": there are clock, files, corrupt, head, "
+            "report, report-file");
   EXPECT_EQ(error_of("Clock=sleep"),
-            "KELVO_SIM: there is no setting \"Clock\": there are clock, files, corrupt, report, "
-            "report-file");
+            "KELVO_SIM: there is no setting \"Clock\": there are clock, files, corrupt, head, "
+            "report, report-file");
 }
 
 TEST(Settings, NameAWrongValueAndListTheRightOnes) {
   EXPECT_EQ(error_of("clock=fast"),
             "KELVO_SIM: \"clock\" cannot be \"fast\": it takes real or sleep");
   EXPECT_EQ(error_of("clock="), "KELVO_SIM: \"clock\" cannot be \"\": it takes real or sleep");
+  EXPECT_EQ(error_of("head=Vetra"),
+            "KELVO_SIM: \"head\" cannot be \"Vetra\": it takes tasmere or vetra");
   EXPECT_EQ(error_of("report=json"),
             "KELVO_SIM: \"report\" cannot be \"json\": it takes none or text");
   EXPECT_EQ(error_of("files="), "KELVO_SIM: \"files\" cannot be \"\": it takes a folder");

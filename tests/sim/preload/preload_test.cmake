@@ -1,6 +1,6 @@
 # Programs that know nothing of the simulated camera, run under it. Each test is one case of this script.
 #
-#   cmake -DCASE=... -DDEMO=... -DPROBE=... -DPRELOAD=... -DEMULATOR=... -DNM=... -DFOLDER=... -P this
+#   cmake -DCASE=... -DDEMO=... -DHEAD_DEMO=... -DPROBE=... -DPRELOAD=... -DEMULATOR=... -DNM=... -DFOLDER=... -P this
 cmake_minimum_required(VERSION 3.25)
 
 # The preload library comes before the sanitizer's own.
@@ -85,14 +85,17 @@ function(case_demo_of_all_modules)
     "  1     1        0x21    CORVO_PROGRAM_DATA_DE015   50EE9858           intact\n"
     "  2     1        0x22    CORVO_PROGRAM3_DATA_DF033  BF9B8238           intact\n"
     "  3     1        0x23    CORVO_PROGRAM2_DATA_T5391  01911A0B           intact\n"
-    "  1     zoom 1         +250      steps\n"
-    "  1     zoom 2         +2000     1/8 steps\n"
-    "  1     focus          +2000     1/8 steps\n"
-    "  2     zoom 1         +250      steps\n"
-    "  2     zoom 3         +250      steps\n"
-    "  2     focus          +2000     1/8 steps\n"
-    "  3     zoom 1         +500      1/2 steps\n"
-    "  3     focus          +250      steps\n"
+    "  1     zoom 1         +250      250      steps\n"
+    "  1     zoom 2         +2000     2000     1/8 steps\n"
+    "  1     focus          +2000     2000     1/8 steps\n"
+    "  2     zoom 1         +250      250      steps\n"
+    "  2     zoom 3         +250      250      steps\n"
+    "  2     focus          +2000     2000     1/8 steps\n"
+    "  3     zoom 1         +500      500      1/2 steps\n"
+    "  3     focus          +250      250      steps\n"
+    "  1     between        0        0       off\n"
+    "  2     on             0        0       off\n"
+    "  3     off            0        0       off\n"
     "  protocol violations: 0\n")
   expect_no(errors "NOT INTACT")
   expect_reports(1)
@@ -135,9 +138,65 @@ function(case_demo_in_real_time)
   expect_result(0)
   expect_lines(errors
     "  1     T5391   0309     1         runs     "
-    "  1     zoom 1  +500      1/2 steps\n"
-    "  1     focus   +250      steps\n"
+    "  1     zoom 1  +500      500      1/2 steps\n"
+    "  1     focus   +250      250      steps\n"
     "  protocol violations: 0\n")
+endfunction()
+
+function(case_head_demo_of_a_vetra_head)
+  run("clock=sleep head=vetra" ${HEAD_DEMO})
+  expect_result(0)
+  expect_lines(output
+    "Vetra head, pan from 10000 to 55000, tilt from 20000 to 45000\n"
+    "   0.00 s  32768  32767  begin\n")
+  expect_no(output "NOT")
+  expect_lines(errors
+    "  head  family  position  count  limits  state\n"
+    "  pan   Vetra   32768     9000   on      at rest\n"
+    "  tilt  Vetra   32767     12500  on      at rest\n"
+    "  protocol violations: 0\n")
+endfunction()
+
+function(case_head_demo_of_a_tasmere_head)
+  run("clock=sleep head=tasmere" ${HEAD_DEMO})
+  expect_result(0)
+  expect_lines(output
+    "Tasmere head, pan from 10000 to 55000, tilt from 20000 to 45000\n"
+    "   0.80 s  20000  40000  to 20000 and 40000 at half speed: reached\n")
+  expect_no(output "NOT")
+  expect_no(output "TServomotor")
+  expect_lines(errors
+    "  pan   Tasmere  32768     32768  on      at rest\n"
+    "  tilt  Tasmere  32768     32768  on      at rest\n"
+    "  protocol violations: 0\n")
+endfunction()
+
+function(case_head_demo_in_real_time)
+  run("clock=real head=vetra" ${HEAD_DEMO})
+  expect_result(0)
+  expect_lines(errors "  protocol violations: 0\n")
+endfunction()
+
+function(case_head_demo_verbose)
+  run("clock=sleep" ${HEAD_DEMO} --verbose)
+  expect_result(0)
+  expect_lines(output "Motor Type[0]:0x0 Type[1]:0x0\n" "TServomotor=2\n")
+endfunction()
+
+function(case_head_demo_without_a_camera)
+  run_bare(${HEAD_DEMO})
+  expect_result(3)
+  expect_equal(output "")
+  expect_equal(errors "${HEAD_DEMO}: no head answers on /dev/i2c-2: run it on the camera, or under the simulated one with LD_PRELOAD=libkelvo-sim.so\n")
+endfunction()
+
+function(case_head_demo_with_wrong_arguments)
+  foreach(argument nonsense --nonsense)
+    run("clock=sleep" ${HEAD_DEMO} ${argument})
+    expect_result(2)
+    expect_equal(output "")
+    expect_reports(0)
+  endforeach()
 endfunction()
 
 function(case_demo_without_a_camera)
@@ -160,11 +219,69 @@ function(case_demo_with_wrong_arguments)
   endforeach()
 endfunction()
 
+function(case_home_and_check_of_the_stabiliser)
+  run("clock=sleep files=kept" ${HOME_AND_CHECK} de015)
+  expect_result(0)
+  expect_lines(output
+    "  focus backward until it is interrupted               ok\n"
+    "  100 steps back: counter 2600, must be 2600           ok\n"
+    "  quality check: result 0, must be 0                   ok\n"
+    "  /bin/OIS_S_Cali.dat   record  controller\n"
+    "  Hall offset X         07D4    07D4\n"
+    "  gyro noise Y          0006    0006\n"
+    "de015: all is as it must be\n")
+  expect_no(output "State:")
+  expect_lines(errors
+    "  1     focus          -2398     2600     1/8 steps\n"
+    "  3     DE015   0107     1         runs     1.202 s    0\n"
+    "  protocol violations: 0\n")
+  foreach(place mnt/nand tmp bin)
+    file(SIZE ${FOLDER}/kept/${place}/OIS_S_Cali.dat size)
+    if(NOT size EQUAL 60)
+      fail("The record in ${place} must have 60 bytes.")
+    endif()
+  endforeach()
+endfunction()
+
+function(case_home_and_check_of_the_iris)
+  run("clock=sleep" ${HOME_AND_CHECK} --verbose df033)
+  expect_result(0)
+  expect_lines(output
+    "State:0 0 0 1\nState:0 0 0 4\n"
+    "Error Code:00 00 00 00\nPola 0xa1:00 00 00 02\n"
+    "  sine                  0212    0212\n"
+    "df033: all is as it must be\n")
+  expect_lines(errors "  protocol violations: 0\n")
+endfunction()
+
+function(case_home_and_check_without_a_quality_check)
+  run("clock=sleep" ${HOME_AND_CHECK} t5391)
+  expect_result(0)
+  expect_lines(output "  100 steps back                                       ok\nt5391: all is as it must be\n")
+  expect_lines(errors "  1     focus   -399      1200     steps\n" "  protocol violations: 0\n")
+endfunction()
+
+function(case_home_and_check_of_a_corrupt_download)
+  run("clock=sleep corrupt=1" ${HOME_AND_CHECK} t5391)
+  expect_result(1)
+  expect_equal(output "t5391\n  boot                                                 FAILED\nt5391: something is not as it must be\n")
+endfunction()
+
+function(case_home_and_check_with_wrong_arguments)
+  foreach(arguments nonsense --nonsense "de015;df033")
+    run("clock=sleep" ${HOME_AND_CHECK} ${arguments})
+    expect_result(2)
+    expect_equal(output "")
+  endforeach()
+  run_bare(${HOME_AND_CHECK} de015)
+  expect_result(3)
+endfunction()
+
 function(case_mistyped_setting)
   run("clock=sleep corupt=1" ${DEMO})
   expect_result(2)
   expect_equal(output "")
-  expect_equal(errors "KELVO_SIM: there is no setting \"corupt\": there are clock, files, corrupt, report, report-file\n")
+  expect_equal(errors "KELVO_SIM: there is no setting \"corupt\": there are clock, files, corrupt, head, report, report-file\n")
 endfunction()
 
 function(case_mistyped_value)
