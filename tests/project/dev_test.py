@@ -6,7 +6,7 @@ import unittest
 
 import project
 
-COMMANDS = ["demo", "test", "format", "lint", "coverage", "help"]
+COMMANDS = ["demo", "test", "bench", "costs", "format", "lint", "coverage", "help"]
 
 
 def dev(*arguments):
