@@ -26,6 +26,11 @@ BootRecord& BootLog::current(Time now) {
   return total_ == 0 ? begin(now) : kept_[(total_ - 1) % capacity];
 }
 
+void BootLog::add_entries_at_risk(Parts& parts) {
+  if (total_ != 0) parts.add(std::as_writable_bytes(std::span(&current({}), 1)));
+  parts.add(std::as_writable_bytes(std::span(&kept_[total_ % capacity], 1)));
+}
+
 BootRecord& BootLog::begin(Time begun) {
   BootRecord& boot = kept_[total_++ % capacity];
   boot = {};

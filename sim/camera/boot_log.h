@@ -10,6 +10,7 @@
 #include "sim/camera/carried_image.h"
 #include "sim/camera/clock.h"
 #include "sim/camera/lens_summary.h"
+#include "sim/camera/parts.h"
 
 namespace kelvo::sim::camera {
 
@@ -75,6 +76,10 @@ class BootLog {
   /// The number of the earliest boot that is still kept, from 1.
   std::uint32_t first() const { return total_ > capacity ? total_ - capacity + 1 : 1; }
   const BootRecord& boot(std::uint32_t number) const { return kept_[(number - 1) % capacity]; }
+
+  /// All entries, and those that the next frame or reset may change.
+  std::span<std::byte> entries() { return std::as_writable_bytes(std::span(kept_)); }
+  void add_entries_at_risk(Parts& parts);
 
  private:
   BootRecord& begin(Time begun);

@@ -68,6 +68,19 @@ int Camera::shell(std::string_view command) {
   return *status;
 }
 
+Parts Camera::parts_at_risk() {
+  Parts parts;
+  const std::span<std::byte> all = std::as_writable_bytes(std::span(this, 1));
+  std::byte* place = all.data();
+  for (const std::span<std::byte> log : {violations_.entries(), boots_.entries()}) {
+    parts.add({place, log.data()});
+    place = log.data() + log.size();
+  }
+  parts.add({place, all.data() + all.size()});
+  boots_.add_entries_at_risk(parts);
+  return parts;
+}
+
 Positions Camera::positions() const { return lens_summary().positions; }
 
 LensSummary Camera::lens_summary() const {

@@ -11,6 +11,7 @@
 #include "sim/camera/clock.h"
 #include "sim/camera/head.h"
 #include "sim/camera/lens_controller.h"
+#include "sim/camera/parts.h"
 #include "sim/camera/pt5111.h"
 #include "sim/camera/reset_line.h"
 #include "sim/camera/violations.h"
@@ -43,6 +44,9 @@ class Camera {
   /// Another head takes this one's place; a camera comes with one of the Tasmere family.
   void fit_head(HeadFamily family) { head_ = Head(family); }
 
+  /// What a single call of the above may change: all but the entries of the logs that are not next.
+  Parts parts_at_risk();
+
   const Violations& violations() const { return violations_; }
   const BootLog& boots() const { return boots_; }
   const LensController& lens() const { return lens_; }
@@ -63,7 +67,7 @@ class Camera {
   Pt5111 pt5111_;
   ResetLine reset_line_;
   Head head_{HeadFamily::tasmere};
-  Violations violations_;
+  Violations violations_;  // the logs in this order: parts_at_risk() goes by it
   BootLog boots_;
   std::uint32_t pt5111_words_ = 0;
   Time reset_at_{};  // the last time

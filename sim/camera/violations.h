@@ -52,6 +52,9 @@ class Violations {
   std::uint64_t total() const { return total_; }
   std::span<const Violation> listed() const;
 
+  /// All entries. Those that are not listed yet mean nothing.
+  std::span<std::byte> entries() { return std::as_writable_bytes(std::span(kept_)); }
+
  private:
   std::uint64_t total_ = 0;
   std::array<Violation, capacity> kept_{};

@@ -24,6 +24,7 @@ class CameraFiles {
   std::error_code prepare();
   /// Where a file really lies, once the folder is prepared.
   std::filesystem::path real_path(const std::string& path) const;
+  bool kept() const { return kept_; }
   const std::filesystem::path& folder() const { return folder_; }
 
   /// Takes a private folder away that this process has made.

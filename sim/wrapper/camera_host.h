@@ -3,13 +3,16 @@
 
 #include <sys/types.h>
 
+#include <atomic>
 #include <chrono>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <system_error>
 
 #include "sim/camera/camera.h"
 #include "sim/seam/host.h"
+#include "sim/state/shared_camera.h"
 #include "sim/wrapper/camera_files.h"
 #include "sim/wrapper/settings.h"
 
@@ -19,7 +22,8 @@ namespace kelvo::sim {
 /// under a key that belongs to this camera's folder.
 class CameraHost final : public Host {
  public:
-  explicit CameraHost(const Settings& settings);
+  /// Without a shared camera it is this process's own.
+  explicit CameraHost(const Settings& settings, std::unique_ptr<SharedCamera> shared = nullptr);
   ~CameraHost() override;
   CameraHost(const CameraHost&) = delete;
   CameraHost& operator=(const CameraHost&) = delete;
@@ -38,13 +42,15 @@ class CameraHost final : public Host {
   /// Makes the folder of the files now instead of when it is needed.
   std::error_code prepare_files() { return files_.prepare(); }
 
-  /// Removes what this process has made for the camera: a private folder, the semaphore set.
+  /// Removes what this process has made for a camera of its own: a private folder, the semaphore set.
   void end();
 
   /// The camera at this moment.
   camera::Camera camera();
-  /// Whether anybody has opened a device or touched the reset line.
-  bool used();
+  /// Of a shared camera; empty: its own.
+  const std::string& name() const { return settings_.name; }
+  /// Whether anybody of this process has opened a device or touched the reset line.
+  bool used() const { return used_; }
   /// Whether this is the process that made the camera.
   bool owned() const;
   const CameraFiles& files() const { return files_; }
@@ -52,17 +58,26 @@ class CameraHost final : public Host {
  private:
   using Guard = std::scoped_lock<std::mutex>;
   camera::Camera& up_to_date();
+  /// Acts on the camera while nobody else does.
+  template <typename Act>
+  auto with_camera(Act act);
 
   Settings settings_;
+  ClockSetting clock_;
+  std::unique_ptr<SharedCamera> shared_;
+  std::atomic<bool> used_ = false;
   pid_t owner_;
   std::chrono::steady_clock::time_point begun_;
   CameraFiles files_;
   std::mutex mutex_;  // of all that follows
   camera::Camera camera_;
-  bool used_ = false;
   std::optional<key_t> lock_key_;
   pid_t lock_key_maker_ = 0;
 };
+
+/// The shared camera that the settings name, made if there is none; neither camera nor error without a
+/// name.
+OpenedCamera open_shared(const Settings& settings);
 
 }  // namespace kelvo::sim
 

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "sim/seam/host.h"
 #include "sim/seam/real.h"
@@ -44,14 +45,16 @@ void deliver(const std::string& text) {
   const ParsedSettings parsed = parse_settings(text != nullptr ? text : "");
   if (!parsed.error.empty()) refuse(parsed.error);
   // Kept for good: threads may still be in the camera when the process ends.
-  host = new CameraHost(parsed.settings);
+  OpenedCamera shared = open_shared(parsed.settings);
+  if (!shared.error.empty()) refuse(std::string(settings_variable) + ": " + shared.error);
+  host = new CameraHost(parsed.settings, std::move(shared.camera));
   report_mode = parsed.settings.report;
   report_file = new std::string(parsed.settings.report_file);
   // The program may go to another folder before it ends.
   if (!report_file->empty()) *report_file = std::filesystem::absolute(*report_file).string();
-  if (!parsed.settings.files.empty()) {
+  if (host->files().kept()) {
     if (const std::error_code error = host->prepare_files()) {
-      refuse(std::string(settings_variable) + ": the folder \"" + parsed.settings.files +
+      refuse(std::string(settings_variable) + ": the folder \"" + host->files().folder().string() +
              "\" cannot be used: " + error.message());
     }
   }
@@ -64,7 +67,7 @@ void deliver(const std::string& text) {
   if (host == nullptr) return;
   install(nullptr);
   const bool report_is_due = report_mode == ReportMode::text && host->owned() && host->used();
-  if (report_is_due) deliver(report(host->camera(), carried_images()));
+  if (report_is_due) deliver(report(host->camera(), carried_images(), host->name()));
   host->end();
 }
 

@@ -160,8 +160,8 @@ std::string violations_table(const Camera& camera) {
 
 }  // namespace
 
-std::string report(const Camera& camera, CarriedImages images) {
-  std::string text = "\nSimulated camera\n\n";
+std::string report(const Camera& camera, CarriedImages images, const std::string& name) {
+  std::string text = "\nSimulated camera" + (name.empty() ? "" : " " + name) + "\n\n";
   if (camera.boots().first() > 1) {
     text += format("  %u earlier boots are not listed\n", camera.boots().first() - 1);
   }

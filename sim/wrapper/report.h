@@ -8,7 +8,9 @@
 namespace kelvo::sim {
 
 /// What only the camera knows, as tables: boots, frames, images, motors, violations.
-std::string report(const camera::Camera& camera, camera::CarriedImages images);
+/// The name is that of a shared camera, or empty.
+std::string report(const camera::Camera& camera, camera::CarriedImages images,
+                   const std::string& name = "");
 
 }  // namespace kelvo::sim
 

@@ -9,33 +9,39 @@
 namespace kelvo::sim {
 namespace {
 
+bool read_name(std::string_view value, Settings& settings) {
+  settings.name = value;
+  return is_camera_name(value);
+}
+
 bool read_clock(std::string_view value, Settings& settings) {
-  settings.clock = value == "sleep" ? ClockMode::sleep : ClockMode::real;
-  return value == "sleep" || value == "real";
+  settings.camera.clock = parse_clock(value);
+  return settings.camera.clock.has_value();
 }
 
 bool read_files(std::string_view value, Settings& settings) {
-  settings.files = value;
+  settings.camera.files = value;
   return !value.empty();
 }
 
 /// Numbers from 1 on, joined by "+".
 bool read_corrupt(std::string_view value, Settings& settings) {
+  std::vector<std::uint32_t>& numbers = settings.camera.corrupt.emplace();
   const char* place = value.data();
   const char* const end = place + value.size();
   while (true) {
     std::uint32_t number = 0;
     const auto [behind, error] = std::from_chars(place, end, number);
     if (error != std::errc{} || number == 0) return false;
-    settings.corrupt.push_back(number);
-    if (behind == end) return settings.corrupt.size() <= camera::BootLoader::most_corrupt_downloads;
+    numbers.push_back(number);
+    if (behind == end) return numbers.size() <= camera::BootLoader::most_corrupt_downloads;
     if (*behind != '+') return false;
     place = behind + 1;
   }
 }
 
 bool read_head(std::string_view value, Settings& settings) {
-  settings.head = value == "vetra" ? wire::HeadFamily::vetra : wire::HeadFamily::tasmere;
+  settings.camera.head = value == "vetra" ? wire::HeadFamily::vetra : wire::HeadFamily::tasmere;
   return value == "vetra" || value == "tasmere";
 }
 
@@ -56,7 +62,8 @@ struct Setting {
 };
 
 constexpr std::array settings_table{
-    Setting{"clock", "real or sleep", read_clock},
+    Setting{"name", camera_name_values, read_name},
+    Setting{"clock", clock_values, read_clock},
     Setting{"files", "a folder", read_files},
     Setting{"corrupt", "up to 16 numbers of program downloads from 1, joined by + (corrupt=1+4)",
             read_corrupt},
@@ -112,6 +119,8 @@ ParsedSettings parse_settings(std::string_view text) {
     }
     begin = text.find_first_not_of(separators, end);
   }
+  const bool shared = !parsed.settings.name.empty();
+  if (shared && !seen.contains("report")) parsed.settings.report = ReportMode::none;
   return parsed;
 }
 

@@ -4,9 +4,8 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "wire/pan_tilt.h"
+#include "sim/state/shared_settings.h"
 
 namespace kelvo::sim {
 
@@ -16,16 +15,13 @@ inline constexpr char settings_variable[] = "KELVO_SIM";
 /// How a process ends whose settings are wrong, before its own first line runs.
 inline constexpr int wrong_settings_exit_code = 2;
 
-enum class ClockMode : std::uint8_t { real, sleep };
 enum class ReportMode : std::uint8_t { none, text };
 
 struct Settings {
-  ClockMode clock = ClockMode::real;   // as time passes, or only when somebody sleeps
-  std::string files;                   // folder of the camera's files; empty: a private one
-  std::vector<std::uint32_t> corrupt;  // downloads on the wire that lose a bit, from 1
-  wire::HeadFamily head = wire::HeadFamily::tasmere;
-  ReportMode report = ReportMode::text;
-  std::string report_file;  // empty: standard error
+  std::string name;       // of a camera that processes share; empty: each has its own
+  WantedSettings camera;  // what is not given is the default, or what a shared camera has
+  ReportMode report = ReportMode::text;  // of a shared camera only when it is asked for
+  std::string report_file;               // empty: standard error
 };
 
 /// Either the settings or one line that says what is wrong with them.

@@ -26,9 +26,10 @@ ROOMS = {
     "pantilt/motion":    INTERFACE + ("pantilt/controller", "pantilt/link"),
     "sim/seam":          ("wire",),
     "sim/camera":        ("wire",),
-    "sim/wrapper":       ("sim/camera", "sim/seam", "wire"),
-    "tools":             INTERFACE,
-    "benchmarks":        INTERFACE,
+    "sim/state":         ("sim/camera", "wire"),
+    "sim/wrapper":       ("sim/camera", "sim/seam", "sim/state", "wire"),
+    "tools":             INTERFACE + ("sim/camera", "sim/state"),
+    "benchmarks":        INTERFACE + ("sim/seam", "sim/state", "sim/wrapper"),
     "examples":          ("include",),
 }
 UNRESTRICTED = ("tests",)

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
+#include <utility>
 
 #include "sim/wrapper/carried_images.h"
 #include "sim/wrapper/report.h"
@@ -20,9 +22,20 @@ sim::Settings parsed(std::string_view text) {
   return settings.settings;
 }
 
+/// Whoever asks for a shared camera by a name gets it, or the test ends.
+std::unique_ptr<sim::SharedCamera> opened(const sim::Settings& settings) {
+  sim::OpenedCamera shared = sim::open_shared(settings);
+  if (!shared.error.empty()) {
+    std::fprintf(stderr, "%s\n", shared.error.c_str());
+    std::abort();
+  }
+  return std::move(shared.camera);
+}
+
 }  // namespace
 
-InstalledCamera::InstalledCamera(std::string_view settings) : host_(parsed(settings)) {
+InstalledCamera::InstalledCamera(std::string_view settings)
+    : host_(parsed(settings), opened(parsed(settings))) {
   sim::install(&host_);
 }
 
@@ -32,7 +45,9 @@ std::int32_t InstalledCamera::position(sim::camera::Output output) {
   return state().positions()[static_cast<std::size_t>(output)];
 }
 
-std::string InstalledCamera::report() { return sim::report(state(), sim::carried_images()); }
+std::string InstalledCamera::report() {
+  return sim::report(state(), sim::carried_images(), host_.name());
+}
 
 TestFolder::TestFolder() {
   std::string pattern = (std::filesystem::temp_directory_path() / "kelvo-test-XXXXXX").string();

@@ -5,6 +5,7 @@
 namespace {
 
 using kelvo::sim::ClockMode;
+using kelvo::sim::ClockSetting;
 using kelvo::sim::parse_settings;
 using kelvo::sim::ReportMode;
 using kelvo::sim::Settings;
@@ -20,22 +21,26 @@ std::string error_of(std::string_view text) { return parse_settings(text).error;
 
 TEST(Settings, HaveDefaults) {
   const Settings settings = good("");
-  EXPECT_EQ(settings.clock, ClockMode::real);
-  EXPECT_EQ(settings.files, "");
-  EXPECT_TRUE(settings.corrupt.empty());
-  EXPECT_EQ(settings.head, HeadFamily::tasmere);
+  EXPECT_EQ(settings.name, "");
+  EXPECT_EQ(settings.camera.clock, std::nullopt);
+  EXPECT_EQ(settings.camera.files, std::nullopt);
+  EXPECT_EQ(settings.camera.corrupt, std::nullopt);
+  EXPECT_EQ(settings.camera.head, std::nullopt);
   EXPECT_EQ(settings.report, ReportMode::text);
   EXPECT_EQ(settings.report_file, "");
 }
 
 TEST(Settings, AreReadOneByOne) {
-  EXPECT_EQ(good("clock=sleep").clock, ClockMode::sleep);
-  EXPECT_EQ(good("clock=real").clock, ClockMode::real);
-  EXPECT_EQ(good("files=/some/where").files, "/some/where");
-  EXPECT_EQ(good("corrupt=3").corrupt, (std::vector<std::uint32_t>{3}));
-  EXPECT_EQ(good("corrupt=1+4+28").corrupt, (std::vector<std::uint32_t>{1, 4, 28}));
-  EXPECT_EQ(good("head=vetra").head, HeadFamily::vetra);
-  EXPECT_EQ(good("head=tasmere").head, HeadFamily::tasmere);
+  EXPECT_EQ(good("name=desk_2-b").name, "desk_2-b");
+  EXPECT_EQ(good("clock=sleep").camera.clock, (ClockSetting{ClockMode::sleep, 1}));
+  EXPECT_EQ(good("clock=real").camera.clock, (ClockSetting{ClockMode::real, 1}));
+  EXPECT_EQ(good("clock=0.1").camera.clock, (ClockSetting{ClockMode::scaled, 0.1}));
+  EXPECT_EQ(good("clock=1000").camera.clock, (ClockSetting{ClockMode::scaled, 1000}));
+  EXPECT_EQ(good("files=/some/where").camera.files, "/some/where");
+  EXPECT_EQ(good("corrupt=3").camera.corrupt, (std::vector<std::uint32_t>{3}));
+  EXPECT_EQ(good("corrupt=1+4+28").camera.corrupt, (std::vector<std::uint32_t>{1, 4, 28}));
+  EXPECT_EQ(good("head=vetra").camera.head, HeadFamily::vetra);
+  EXPECT_EQ(good("head=tasmere").camera.head, HeadFamily::tasmere);
   EXPECT_EQ(good("report=none").report, ReportMode::none);
   EXPECT_EQ(good("report=text").report, ReportMode::text);
   EXPECT_EQ(good("report-file=a.txt").report_file, "a.txt");
@@ -43,33 +48,36 @@ TEST(Settings, AreReadOneByOne) {
 
 TEST(Settings, ArePartedByBlanksAndCommas) {
   const Settings settings = good(" clock=sleep,report=none,, files=x\tcorrupt=2\n");
-  EXPECT_EQ(settings.clock, ClockMode::sleep);
+  EXPECT_EQ(settings.camera.clock, (ClockSetting{ClockMode::sleep, 1}));
   EXPECT_EQ(settings.report, ReportMode::none);
-  EXPECT_EQ(settings.files, "x");
-  EXPECT_EQ(settings.corrupt, (std::vector<std::uint32_t>{2}));
+  EXPECT_EQ(settings.camera.files, "x");
+  EXPECT_EQ(settings.camera.corrupt, (std::vector<std::uint32_t>{2}));
 }
 
-TEST(Settings, MayHaveAnEqualsSignInAPath) { EXPECT_EQ(good("files=a=b").files, "a=b"); }
+TEST(Settings, MayHaveAnEqualsSignInAPath) { EXPECT_EQ(good("files=a=b").camera.files, "a=b"); }
 
 TEST(Settings, NameAnUnknownOneAndListAllThatThereAre) {
   EXPECT_EQ(error_of("clok=sleep"),
-            "KELVO_SIM: there is no setting \"clok\": there are clock, files, corrupt, head, "
-            "report, report-file");
+            "KELVO_SIM: there is no setting \"clok\": there are name, clock, files, corrupt, "
+            "head, report, report-file");
   EXPECT_EQ(error_of("sleep"),
-            "KELVO_SIM: there is no setting \"sleep\": there are clock, files, corrupt, head, "
-            "report, report-file");
+            "KELVO_SIM: there is no setting \"sleep\": there are name, clock, files, corrupt, "
+            "head, report, report-file");
   EXPECT_EQ(error_of("=sleep"),
-            "KELVO_SIM: there is no setting \"\": there are clock, files, corrupt, head, "
-            "report, report-file");
+            "KELVO_SIM: there is no setting \"\": there are name, clock, files, corrupt, "
+            "head, report, report-file");
   EXPECT_EQ(error_of("Clock=sleep"),
-            "KELVO_SIM: there is no setting \"Clock\": there are clock, files, corrupt, head, "
-            "report, report-file");
+            "KELVO_SIM: there is no setting \"Clock\": there are name, clock, files, corrupt, "
+            "head, report, report-file");
 }
 
 TEST(Settings, NameAWrongValueAndListTheRightOnes) {
   EXPECT_EQ(error_of("clock=fast"),
-            "KELVO_SIM: \"clock\" cannot be \"fast\": it takes real or sleep");
-  EXPECT_EQ(error_of("clock="), "KELVO_SIM: \"clock\" cannot be \"\": it takes real or sleep");
+            "KELVO_SIM: \"clock\" cannot be \"fast\": it takes real, sleep, or a number from 0.1 "
+            "to 1000");
+  EXPECT_EQ(
+      error_of("clock="),
+      "KELVO_SIM: \"clock\" cannot be \"\": it takes real, sleep, or a number from 0.1 to 1000");
   EXPECT_EQ(error_of("head=Vetra"),
             "KELVO_SIM: \"head\" cannot be \"Vetra\": it takes tasmere or vetra");
   EXPECT_EQ(error_of("report=json"),
@@ -78,8 +86,35 @@ TEST(Settings, NameAWrongValueAndListTheRightOnes) {
   EXPECT_EQ(error_of("report-file="), "KELVO_SIM: \"report-file\" cannot be \"\": it takes a file");
 }
 
+TEST(Settings, TakeNoOtherSpeedOfTheClock) {
+  for (const char* const value :
+       {"0", "0.09", "1001", "-2", "+2", "2x", "1e2", "nan", "inf", "0x10", "fast", ""}) {
+    EXPECT_EQ(error_of(std::string("clock=") + value),
+              std::string("KELVO_SIM: \"clock\" cannot be \"") + value +
+                  "\": it takes real, sleep, or a number from 0.1 to 1000");
+  }
+}
+
+TEST(Settings, TakeNoOtherName) {
+  const std::string longest(32, 'n');
+  EXPECT_EQ(good("name=" + longest).name, longest);
+  for (const std::string& value : {std::string(), std::string("a/b"), std::string("a.b"),
+                                   std::string("\xC3\xA9"), longest + "n"}) {
+    EXPECT_EQ(error_of("name=" + value), "KELVO_SIM: \"name\" cannot be \"" + value +
+                                             "\": it takes up to 32 letters, digits, - and _");
+  }
+}
+
+TEST(Settings, ReportOnASharedCameraWhenAsked) {
+  EXPECT_EQ(good("name=a").report, ReportMode::none);
+  EXPECT_EQ(good("name=a report=text").report, ReportMode::text);
+  EXPECT_EQ(good("report=text name=a").report, ReportMode::text);
+}
+
 TEST(Settings, SayWhenAValueIsMissing) {
-  EXPECT_EQ(error_of("clock"), "KELVO_SIM: \"clock\" has no value: write clock= and real or sleep");
+  EXPECT_EQ(error_of("clock"),
+            "KELVO_SIM: \"clock\" has no value: write clock= and real, sleep, or a number from 0.1 "
+            "to 1000");
   EXPECT_EQ(error_of("files"), "KELVO_SIM: \"files\" has no value: write files= and a folder");
 }
 
@@ -91,7 +126,7 @@ TEST(Settings, RefuseEveryOtherWayToWriteDownloadNumbers) {
                   "\": it takes up to 16 numbers of program downloads from 1, joined by + "
                   "(corrupt=1+4)");
   }
-  EXPECT_EQ(good("corrupt=1+2+3+4+5+6+7+8+9+10+11+12+13+14+15+16").corrupt.size(), 16u);
+  EXPECT_EQ(good("corrupt=1+2+3+4+5+6+7+8+9+10+11+12+13+14+15+16").camera.corrupt->size(), 16u);
 }
 
 TEST(Settings, AreGivenOnlyOnce) {

@@ -1,6 +1,6 @@
 # Programs that know nothing of the simulated camera, run under it. Each test is one case of this script.
 #
-#   cmake -DCASE=... -DDEMO=... -DHEAD_DEMO=... -DPROBE=... -DPRELOAD=... -DEMULATOR=... -DNM=... -DFOLDER=... -P this
+#   cmake -DCASE=... -DDEMO=... -DHEAD_DEMO=... -DPROBE=... -DOTHER=... -DREMOVE=... -DPRELOAD=... -DEMULATOR=... -DNM=... -DFOLDER=... -P this
 cmake_minimum_required(VERSION 3.25)
 
 # The preload library comes before the sanitizer's own.
@@ -281,14 +281,14 @@ function(case_mistyped_setting)
   run("clock=sleep corupt=1" ${DEMO})
   expect_result(2)
   expect_equal(output "")
-  expect_equal(errors "KELVO_SIM: there is no setting \"corupt\": there are clock, files, corrupt, head, report, report-file\n")
+  expect_equal(errors "KELVO_SIM: there is no setting \"corupt\": there are name, clock, files, corrupt, head, report, report-file\n")
 endfunction()
 
 function(case_mistyped_value)
   run("clock=sloop" ${DEMO})
   expect_result(2)
   expect_equal(output "")
-  expect_equal(errors "KELVO_SIM: \"clock\" cannot be \"sloop\": it takes real or sleep\n")
+  expect_equal(errors "KELVO_SIM: \"clock\" cannot be \"sloop\": it takes real, sleep, or a number from 0.1 to 1000\n")
 endfunction()
 
 function(case_files_folder_that_cannot_be_used)
@@ -364,6 +364,73 @@ function(case_report_that_cannot_be_written)
   expect_result(0)
   expect_lines(errors "KELVO_SIM: cannot write ${FOLDER}/no/such/folder\n" "  protocol violations: 0\n")
   expect_reports(1)
+endfunction()
+
+# A name that no other run of the tests has, and a place for what belongs to the camera.
+macro(name_a_camera)
+  string(RANDOM LENGTH 12 camera)
+  set(camera "preload-${camera}")
+  set(ENV{XDG_RUNTIME_DIR} ${FOLDER})
+endmacro()
+macro(remove_the_camera)
+  run_bare(${REMOVE} ${camera})
+  expect_result(0)
+  file(GLOB left ${FOLDER}/*)
+  if(NOT left STREQUAL "")
+    fail("There must be nothing left: ${left}")
+  endif()
+endmacro()
+
+function(case_shared_camera_one_program_after_the_other)
+  name_a_camera()
+  run("name=${camera} clock=sleep" ${DEMO} df033)
+  expect_result(0)
+  expect_equal(errors "")
+  run("name=${camera} report=text" ${OTHER} 8 0)
+  expect_result(0)
+  expect_lines(output "version 0000, zoom 1 at 250, focus at 2000\n")
+  run("name=${camera} report=text" ${OTHER} 8 1)
+  expect_result(0)
+  expect_lines(output "version 0208, zoom 1 at 500, focus at 2000\n")
+  expect_lines(errors
+    "Simulated camera ${camera}\n"
+    "  1     DF033   0208     1         runs     1.202 s    0\n"
+    "  protocol violations: 0\n")
+  remove_the_camera()
+endfunction()
+
+function(case_shared_camera_two_programs_at_once)
+  name_a_camera()
+  run("name=${camera} clock=sleep" ${DEMO} t5391)
+  expect_result(0)
+  set(wrap ${CMAKE_COMMAND} -E env LD_PRELOAD=${PRELOAD})
+  if(EMULATOR)
+    set(wrap ${EMULATOR} -E LD_PRELOAD=${PRELOAD})
+  endif()
+  # Commands of one call run side by side.
+  execute_process(COMMAND ${wrap} ${OTHER} 9 400 COMMAND ${wrap} ${OTHER} 9 400
+    COMMAND ${wrap} ${OTHER} 9 400 WORKING_DIRECTORY ${FOLDER}
+    RESULTS_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+  expect_result("0;0;0")
+  run("name=${camera} report=text" ${OTHER} 9 1)
+  expect_lines(errors "  protocol violations: 0\n")
+  remove_the_camera()
+endfunction()
+
+function(case_shared_camera_with_other_settings)
+  name_a_camera()
+  run("name=${camera} clock=sleep" ${PROBE} return)
+  expect_result(0)
+  run("name=${camera} clock=2" ${PROBE} return)
+  expect_result(2)
+  expect_equal(errors "KELVO_SIM: camera \"${camera}\" was made with clock=sleep, not clock=2: leave clock away, or remove the camera first\n")
+  remove_the_camera()
+endfunction()
+
+function(case_shared_camera_of_an_impossible_name)
+  run("name=a/b" ${PROBE} return)
+  expect_result(2)
+  expect_equal(errors "KELVO_SIM: \"name\" cannot be \"a/b\": it takes up to 32 letters, digits, - and _\n")
 endfunction()
 
 # Whatever else it exported would get in the way of the program.

@@ -1,0 +1,125 @@
+// What a transfer costs on the simulated camera, of this process alone and shared, and what its lock costs
+// beside those that the kernel keeps.
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "sim/seam/host.h"
+#include "sim/wrapper/camera_host.h"
+#include "wire/paths.h"
+#include "wire/spi_device.h"
+
+namespace {
+
+using kelvo::sim::CameraHost;
+using kelvo::sim::Extent;
+using kelvo::sim::Removal;
+using kelvo::sim::SharedCamera;
+
+std::string camera_name() { return "bench-" + std::to_string(getpid()); }
+
+/// A camera in the place of the kernel, with the PT5111 open.
+class Camera {
+ public:
+  explicit Camera(const std::string& words)
+      : settings_(kelvo::sim::parse_settings(words).settings),
+        opened_(open_shared(settings_)),
+        host_(settings_, std::move(opened_.camera)) {
+    if (!opened_.error.empty()) {
+      std::fprintf(stderr, "%s\n", opened_.error.c_str());
+      std::exit(1);
+    }
+    kelvo::sim::install(&host_);
+    device_ = open(kelvo::wire::pt5111_device, O_RDWR);
+  }
+  ~Camera() {
+    close(device_);
+    kelvo::sim::install(nullptr);
+    if (!settings_.name.empty()) SharedCamera::remove(camera_name(), Removal::even_in_use);
+  }
+  Camera(const Camera&) = delete;
+  Camera& operator=(const Camera&) = delete;
+
+  int device() const { return device_; }
+
+ private:
+  kelvo::sim::Settings settings_;
+  kelvo::sim::OpenedCamera opened_;
+  CameraHost host_;
+  int device_;
+};
+
+void transfer(benchmark::State& state, const std::string& settings) {
+  const Camera camera(settings);
+  std::array<std::uint8_t, 2> word{0xD5, 0x78};
+  std::array<std::uint8_t, 2> received{};
+  kelvo::wire::SpiTransfer record{};
+  record.transmit = word.data();
+  record.receive = received.data();
+  record.length = 2;
+  for ([[maybe_unused]] auto round : state) {
+    if (ioctl(camera.device(), kelvo::wire::spi_transfer_request, &record) != 0) {
+      state.SkipWithError("the transfer failed");
+    }
+  }
+}
+
+void change(benchmark::State& state, Extent extent) {
+  auto opened = SharedCamera::open_or_make(camera_name(), {}, kelvo::sim::Role::program);
+  for ([[maybe_unused]] auto round : state) {
+    auto change = opened.camera->change(extent);
+    benchmark::DoNotOptimize(&*change);
+  }
+  SharedCamera::remove(camera_name(), Removal::even_in_use);
+}
+
+void foreign_request(benchmark::State& state, bool intercepted) {
+  CameraHost host{kelvo::sim::Settings{}};
+  if (intercepted) kelvo::sim::install(&host);
+  const int device = open("/dev/null", O_RDWR);
+  for ([[maybe_unused]] auto round : state)
+    benchmark::DoNotOptimize(ioctl(device, TIOCGWINSZ, nullptr));
+  close(device);
+  kelvo::sim::install(nullptr);
+}
+
+void kernel_lock(benchmark::State& state, int (*take)(int), int (*give_back)(int)) {
+  std::FILE* const file = std::tmpfile();
+  if (file == nullptr) return state.SkipWithError("no temporary file");
+  for ([[maybe_unused]] auto round : state) {
+    take(fileno(file));
+    give_back(fileno(file));
+  }
+  std::fclose(file);
+}
+
+int set_record_lock(int file, short type) {
+  struct flock lock {};
+  lock.l_type = type;
+  lock.l_whence = SEEK_SET;
+  lock.l_len = 1;
+  return fcntl(file, F_OFD_SETLKW, &lock);
+}
+
+BENCHMARK_CAPTURE(transfer, own_camera, "clock=sleep");
+BENCHMARK_CAPTURE(transfer, shared_camera_sleep_clock, "clock=sleep name=" + camera_name());
+BENCHMARK_CAPTURE(transfer, shared_camera_real_clock, "clock=real name=" + camera_name());
+BENCHMARK_CAPTURE(change, of_one_call, Extent::one_call);
+BENCHMARK_CAPTURE(change, of_anything, Extent::anything);
+BENCHMARK_CAPTURE(foreign_request, intercepted, true);
+BENCHMARK_CAPTURE(foreign_request, without_a_host, false);
+BENCHMARK_CAPTURE(
+    kernel_lock, flock, [](int file) { return flock(file, LOCK_EX); },
+    [](int file) { return flock(file, LOCK_UN); });
+BENCHMARK_CAPTURE(
+    kernel_lock, record, [](int file) { return set_record_lock(file, F_WRLCK); },
+    [](int file) { return set_record_lock(file, F_UNLCK); });
+
+}  // namespace

@@ -1,0 +1,21 @@
+// Real time and a camera's clock beside each other.
+#ifndef KELVO_SIM_STATE_PACING_H
+#define KELVO_SIM_STATE_PACING_H
+
+#include <chrono>
+
+#include "sim/camera/clock.h"
+#include "sim/state/shared_settings.h"
+
+namespace kelvo::sim {
+
+/// How far a clock that goes by itself has come in so much real time.
+camera::Time passed(const ClockSetting& clock, std::chrono::nanoseconds real);
+
+/// Sleeps until so much has passed on a clock that goes by itself. 0, or -EINTR after a signal.
+/// Straight to the kernel, past whatever stands in the place of libc's sleeps.
+int sleep_by(const ClockSetting& clock, camera::Time time);
+
+}  // namespace kelvo::sim
+
+#endif

@@ -1,0 +1,132 @@
+#include "sim/state/shared_camera.h"
+
+#include <cerrno>
+#include <utility>
+
+#include "sim/state/attachment.h"
+#include "sim/state/bus_key.h"
+#include "sim/state/make.h"
+#include "sim/state/object.h"
+#include "sim/state/pacing.h"
+#include "sim/state/sleepers.h"
+#include "sim/state/undo.h"
+
+namespace kelvo::sim {
+namespace {
+
+camera::Parts parts_of(camera::Camera& camera, Extent extent) {
+  if (extent == Extent::one_call) return camera.parts_at_risk();
+  camera::Parts all;
+  all.add(std::as_writable_bytes(std::span(&camera, 1)));
+  return all;
+}
+
+/// The memory of a camera that is fit for use, made if that is wanted.
+state::Layout* fit_memory(state::Object& object, std::string_view name,
+                          const WantedSettings* wanted, OpenedCamera& opened) {
+  const bool make = wanted != nullptr && object.blank();
+  opened.error = make ? object.reserve() : object.check();
+  state::Layout* const layout = opened.error.empty() ? object.map() : nullptr;
+  if (opened.error.empty() && layout == nullptr) opened.error = object.error();
+  if (layout == nullptr) {
+    if (make) object.unlink();
+    return nullptr;
+  }
+  if (make) {
+    opened.error = state::make_camera(*layout, name, *wanted);
+    if (!opened.error.empty()) object.unlink();
+  } else if (wanted != nullptr) {
+    opened.error = state::disagreement(name, *wanted, state::settings_of(layout->header));
+  }
+  opened.made = make && opened.error.empty();
+  return layout;
+}
+
+}  // namespace
+
+OpenedCamera SharedCamera::open(std::string_view name, const WantedSettings* wanted, Role role) {
+  OpenedCamera opened;
+  using Missing = state::Object::Missing;
+  state::Object object(name, wanted != nullptr ? Missing::is_made : Missing::is_an_error);
+  opened.error = object.error();
+  if (!opened.error.empty()) return opened;
+  state::Layout* const layout = fit_memory(object, name, wanted, opened);
+  if (layout == nullptr) return opened;
+  // It owns the memory from here on, whatever was wrong with it.
+  auto attachment =
+      std::make_unique<state::Attachment>(object.open_for_locks(), *layout, role == Role::observer);
+  if (opened.error.empty() && !attachment->attached()) {
+    opened.error = "camera \"" + std::string(name) + "\" is used by " +
+                   std::to_string(state::most_processes) +
+                   " processes, and more cannot: end some of them";
+  }
+  if (opened.error.empty()) {
+    opened.camera.reset(new SharedCamera(std::string(name), std::move(attachment)));
+  }
+  return opened;
+}
+
+OpenedCamera SharedCamera::open_or_make(std::string_view name, const WantedSettings& wanted,
+                                        Role role) {
+  return open(name, &wanted, role);
+}
+
+OpenedCamera SharedCamera::open(std::string_view name, Role role) {
+  return open(name, nullptr, role);
+}
+
+SharedCamera::SharedCamera(std::string name, std::unique_ptr<state::Attachment> attachment)
+    : name_(std::move(name)),
+      settings_(state::settings_of(attachment->layout().header)),
+      attachment_(std::move(attachment)) {}
+
+SharedCamera::~SharedCamera() = default;
+
+state::Layout& SharedCamera::layout() const { return attachment_->layout(); }
+
+std::chrono::system_clock::time_point SharedCamera::made() const {
+  return state::made(layout().header);
+}
+
+key_t SharedCamera::bus_key() const { return bus_key_of(settings_.files); }
+
+SharedCamera::Change::Change(SharedCamera& shared, Extent extent)
+    : shared_(shared), camera_(shared.layout().camera) {
+  shared_.begin_change(extent);
+}
+
+SharedCamera::Change::~Change() { shared_.end_change(); }
+
+void SharedCamera::Change::take_back() { state::put_back(shared_.layout()); }
+
+void SharedCamera::begin_change(Extent extent) {
+  attachment_->lock();
+  state::begin_change(layout(), parts_of(layout().camera, extent));
+  bring_up_to_date();
+}
+
+void SharedCamera::end_change() {
+  state::commit(layout());
+  attachment_->unlock();
+}
+
+void SharedCamera::bring_up_to_date() {
+  if (settings_.clock.mode == ClockMode::sleep) return state::touch(*attachment_);
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  const std::chrono::nanoseconds since_begun =
+      now - std::chrono::nanoseconds(layout().header.begun);
+  layout().camera.clock.reach(passed(settings_.clock, since_begun));
+}
+
+camera::Camera SharedCamera::snapshot() {
+  const Change change(*this, Extent::one_call);
+  return *change;
+}
+
+int SharedCamera::sleep(camera::Time time) {
+  if (settings_.clock.mode != ClockMode::sleep) return sleep_by(settings_.clock, time);
+  state::sleep_together(*attachment_, time);
+  return 0;
+}
+
+}  // namespace kelvo::sim
