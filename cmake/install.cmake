@@ -24,10 +24,13 @@ set(KELVO_HEADER_FOLDER ${PROJECT_SOURCE_DIR}/include)
 configure_file(cmake/install_development.cmake.in install_development.cmake @ONLY)
 install(SCRIPT ${PROJECT_BINARY_DIR}/install_development.cmake COMPONENT development)
 
-# The simulated camera is declared later, if at all.
+# The simulated camera and its tools are declared later, if at all.
 function(kelvo_install_simulator)
   if(TARGET kelvo_sim)
     install(TARGETS kelvo_sim LIBRARY DESTINATION lib/kelvo COMPONENT simulator)
+  endif()
+  if(TARGET kelvo_sim_tool)
+    install(TARGETS kelvo_sim_tool RUNTIME DESTINATION bin COMPONENT simulator)
   endif()
 endfunction()
 cmake_language(DEFER CALL kelvo_install_simulator)

@@ -126,7 +126,7 @@ class SharedCamera {
     SharedCamera& shared_;
     camera::Camera& camera_;
   };
-  Change change(Extent extent = Extent::anything) { return Change(*this, extent); }
+  Change change(Extent extent = Extent::anything) { return {*this, extent}; }
 
   /// A copy of the camera at this moment.
   camera::Camera snapshot();

@@ -8,11 +8,10 @@
 #include <system_error>
 #include <utility>
 
+#include "sim/report/report.h"
 #include "sim/seam/host.h"
 #include "sim/seam/real.h"
 #include "sim/wrapper/camera_host.h"
-#include "sim/wrapper/carried_images.h"
-#include "sim/wrapper/report.h"
 #include "sim/wrapper/settings.h"
 
 namespace kelvo::sim {
@@ -67,7 +66,7 @@ void deliver(const std::string& text) {
   if (host == nullptr) return;
   install(nullptr);
   const bool report_is_due = report_mode == ReportMode::text && host->owned() && host->used();
-  if (report_is_due) deliver(report(host->camera(), carried_images(), host->name()));
+  if (report_is_due) deliver(report(host->camera(), host->name()));
   host->end();
 }
 

@@ -15,6 +15,7 @@ endif()
 
 # What is installed: the whole list.
 set(expected
+  bin/kelvo-sim
   lib/kelvo/libkelvo-sim.so
   lib/libkelvo.so
   ${usr}include/kelvo.h
@@ -72,6 +73,16 @@ if(emulator)
 else()
   run(${CMAKE_COMMAND} -E env ${environment} ${built})
 endif()
-if(NOT output MATCHES "\nModule 8, program version [0-9]+: focus moved\\.\n$")
-  message(FATAL_ERROR "The client printed\n${output}")
+function(expect_a_moved_focus)
+  if(NOT output MATCHES "\nModule 8, program version [0-9]+: focus moved\\.\n$")
+    message(FATAL_ERROR "The client printed\n${output}")
+  endif()
+endfunction()
+expect_a_moved_focus()
+
+# The launcher finds the preload library where both are installed. Under the emulator it cannot start programs.
+if(NOT emulator)
+  set(ENV{LD_LIBRARY_PATH} ${tree}/lib)
+  run(${tree}/bin/kelvo-sim run -- ${built})
+  expect_a_moved_focus()
 endif()

@@ -24,7 +24,7 @@ def compile_header(compiler, options, name):
         source = Path(folder) / "alone"
         source.write_text(f'#include "{name}"\n#include "{name}"\nint alone;\n')
         result = project.run(project.setting(compiler), *options, *WARNINGS, *INCLUDE_PATHS,
-                             *(f"-idirafter{path}" for path in project.settings("gtest_include")),
+                             *(f"-idirafter{path}" for path in project.settings("other_includes")),
                              "-fsyntax-only", source)
         if result.returncode == 0:
             return []

@@ -26,9 +26,11 @@ ROOMS = {
     "pantilt/motion":    INTERFACE + ("pantilt/controller", "pantilt/link"),
     "sim/seam":          ("wire",),
     "sim/camera":        ("wire",),
+    "sim/report":        ("sim/camera", "wire"),
     "sim/state":         ("sim/camera", "wire"),
-    "sim/wrapper":       ("sim/camera", "sim/seam", "sim/state", "wire"),
-    "tools":             INTERFACE + ("sim/camera", "sim/state"),
+    "sim/wrapper":       ("sim/camera", "sim/report", "sim/seam", "sim/state", "wire"),
+    "tools/common":      ("sim/report",),
+    "tools/kelvo-sim":   ("tools/common", "sim/camera", "sim/report", "sim/state", "sim/wrapper"),
     "benchmarks":        INTERFACE + ("sim/seam", "sim/state", "sim/wrapper"),
     "examples":          ("include",),
 }

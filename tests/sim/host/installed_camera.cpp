@@ -7,8 +7,7 @@
 #include <memory>
 #include <utility>
 
-#include "sim/wrapper/carried_images.h"
-#include "sim/wrapper/report.h"
+#include "sim/report/report.h"
 
 namespace kelvo::test {
 namespace {
@@ -45,9 +44,7 @@ std::int32_t InstalledCamera::position(sim::camera::Output output) {
   return state().positions()[static_cast<std::size_t>(output)];
 }
 
-std::string InstalledCamera::report() {
-  return sim::report(state(), sim::carried_images(), host_.name());
-}
+std::string InstalledCamera::report() { return sim::report(state(), host_.name()); }
 
 TestFolder::TestFolder() {
   std::string pattern = (std::filesystem::temp_directory_path() / "kelvo-test-XXXXXX").string();

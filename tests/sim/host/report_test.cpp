@@ -1,4 +1,4 @@
-#include "sim/wrapper/report.h"
+#include "sim/report/report.h"
 
 #include <gtest/gtest.h>
 
@@ -10,10 +10,9 @@ namespace {
 
 using kelvo::sim::report;
 using kelvo::test::Bench;
-using kelvo::test::carried;
 
 TEST(Report, OfACameraThatNobodyTalkedTo) {
-  EXPECT_EQ(report(Bench{}.camera, carried()), R"(
+  EXPECT_EQ(report(Bench{}.camera), R"(
 Simulated camera
 
   time simulated: 0.000 s
@@ -31,7 +30,7 @@ TEST(Report, OfABootAndAMove) {
   bench.write_register(62, 3850);
   bench.query(0x86);
   bench.wait_ms(1234);
-  EXPECT_EQ(report(bench.camera, carried()), R"(
+  EXPECT_EQ(report(bench.camera), R"(
 Simulated camera
 
   boot  module  version  attempts  program  boot time  violations
@@ -40,10 +39,10 @@ Simulated camera
   boot  boot loader  payloads  checksum reads  commands  queries  other
   1     18           3         6               5         1        0
 
-  boot  attempt  memory  image  checksum answered  download
-  1     1        0x21    image  E9EAD60E           intact
-  1     1        0x22    image  BF9B8238           intact
-  1     1        0x23    image  01911A0B           intact
+  boot  attempt  memory  image                      checksum answered  download
+  1     1        0x21    CORVO_PROGRAM_DATA_T5391   E9EAD60E           intact
+  1     1        0x22    CORVO_PROGRAM3_DATA_T5391  BF9B8238           intact
+  1     1        0x23    CORVO_PROGRAM2_DATA_T5391  01911A0B           intact
 
   boot  motor   position  counter  in
   1     zoom 1  +316      316      1/2 steps
@@ -67,7 +66,7 @@ TEST(Report, OfABootThatFailed) {
   bench.command16(5, 0);
   bench.send_word({1});
   bench.send(kelvo::test::Frame(20, 0x11));
-  EXPECT_EQ(report(bench.camera, carried()), R"(
+  EXPECT_EQ(report(bench.camera), R"(
 Simulated camera
 
   boot  module  version  attempts  program        boot time  violations
@@ -76,11 +75,11 @@ Simulated camera
   boot  boot loader  payloads  checksum reads  commands  queries  other
   1     35           6         12              1         0        1
 
-  boot  attempt  memory  image  checksum answered  download
-  1     1        0x22    -      E65DB485           NOT INTACT
-  1     2        0x21    image  50EE9858           intact
-  1     2        0x22    image  DB9F8EF5           intact
-  1     2        0x23    -      C76DBAD4           NOT INTACT
+  boot  attempt  memory  image                      checksum answered  download
+  1     1        0x22    -                          E65DB485           NOT INTACT
+  1     2        0x21    CORVO_PROGRAM_DATA_DE015   50EE9858           intact
+  1     2        0x22    CORVO_PROGRAM3_DATA_DE015  DB9F8EF5           intact
+  1     2        0x23    -                          C76DBAD4           NOT INTACT
 
   words on the PT5111's own device: 1
   time simulated: 2.200 s
@@ -100,7 +99,7 @@ TEST(Report, OfAHeadOfTheVetraFamily) {
   bench.continuous(kelvo::test::tilt, 0, 7200);
   bench.wait_ms(700);
   bench.read(kelvo::test::tilt, 2, 1);
-  EXPECT_EQ(report(bench.camera, carried()), R"(
+  EXPECT_EQ(report(bench.camera), R"(
 Simulated camera
 
   head  family  position  count  limits  state
@@ -120,7 +119,7 @@ TEST(Report, OfAHeadOfTheTasmereFamily) {
   bench.write(kelvo::test::pan, {29, 1});
   bench.write(kelvo::test::pan, {35});
   bench.write(kelvo::test::pan, {1});
-  EXPECT_EQ(report(bench.camera, carried()), R"(
+  EXPECT_EQ(report(bench.camera), R"(
 Simulated camera
 
   head  family   position  count  limits  state
@@ -135,9 +134,9 @@ Simulated camera
 TEST(Report, OfAResetAlone) {
   Bench bench;
   bench.reset();
-  EXPECT_NE(report(bench.camera, carried())
-                .find("  1     -       -        1         not started  -          0\n"),
-            std::string::npos);
+  EXPECT_NE(
+      report(bench.camera).find("  1     -       -        1         not started  -          0\n"),
+      std::string::npos);
 }
 
 TEST(Report, NamesTheImagesOfTheModuleThatRuns) {
@@ -162,7 +161,7 @@ TEST(Report, NamesTheImagesOfTheModuleThatRuns) {
     send(images[i].bytes);
   }
   send(std::vector<std::uint8_t>{0xE2, 0, 0, 0, 0xA0});
-  const std::string text = report(camera, images);
+  const std::string text = report(camera);
   EXPECT_NE(text.find("CORVO_PROGRAM_DATA_T5391"), std::string::npos);
   EXPECT_NE(text.find("CORVO_PROGRAM3_DATA_T5391"), std::string::npos);
   EXPECT_NE(text.find("CORVO_PROGRAM2_DATA_T5391"), std::string::npos);
@@ -172,7 +171,7 @@ TEST(Report, NamesTheImagesOfTheModuleThatRuns) {
 TEST(Report, ListsTheFirstViolationsAndCountsTheRest) {
   Bench bench;
   for (int i = 0; i < 100; ++i) bench.send({1});
-  const std::string text = report(bench.camera, carried());
+  const std::string text = report(bench.camera);
   EXPECT_NE(text.find("  protocol violations: 100\n"), std::string::npos);
   EXPECT_TRUE(text.ends_with("  and 36 more\n"));
 }
@@ -183,7 +182,7 @@ TEST(Report, SaysWhenEarlierBootsAreNotListed) {
     bench.boot(7);
     bench.command16(5, 0);
   }
-  const std::string text = report(bench.camera, carried());
+  const std::string text = report(bench.camera);
   EXPECT_NE(text.find("\n  2 earlier boots are not listed\n"), std::string::npos);
   EXPECT_NE(text.find("\n  3     DE015 "), std::string::npos);
   EXPECT_NE(text.find("\n  18    DE015 "), std::string::npos);

@@ -1,5 +1,5 @@
-#ifndef KELVO_SIM_WRAPPER_TABLE_H
-#define KELVO_SIM_WRAPPER_TABLE_H
+#ifndef KELVO_SIM_REPORT_TABLE_H
+#define KELVO_SIM_REPORT_TABLE_H
 
 #include <string>
 #include <vector>

@@ -1,18 +1,16 @@
-#include "sim/wrapper/report.h"
+#include "sim/report/report.h"
 
 #include <cstdio>
 #include <string>
 
 #include "sim/camera/wiring.h"
-#include "sim/wrapper/table.h"
+#include "sim/report/table.h"
 
 namespace kelvo::sim {
 namespace {
 
 using camera::BootRecord;
 using camera::Camera;
-using camera::CarriedImage;
-using camera::CarriedImages;
 using camera::Download;
 using camera::FrameKind;
 using camera::Violation;
@@ -24,14 +22,31 @@ std::string format(const char* pattern, Arguments... arguments) {
   return text;
 }
 
+}  // namespace
+
+const char* state_of(const BootRecord& boot) {
+  if (boot.runs) return "runs";
+  return boot.started ? "none to start" : "not started";
+}
+
+const char* state_of(const camera::HeadController& controller, camera::Time now) {
+  if (controller.asleep()) return "asleep";
+  return controller.axis().moving(now) ? "moves" : "at rest";
+}
+
+std::string frame_text(const Violation& violation) {
+  std::string text;
+  for (std::size_t i = 0; i < violation.shown; ++i) text += format("%02X ", violation.frame[i]);
+  if (violation.length > violation.shown) return text + format("... (%u bytes)", violation.length);
+  if (!text.empty()) text.pop_back();
+  return text.empty() ? "-" : text;
+}
+
+namespace {
+
 std::string seconds(camera::Time time) {
   const long long milliseconds = time.count() / 1'000'000;
   return format("%lld.%03lld s", milliseconds / 1000, milliseconds % 1000);
-}
-
-std::string state_of(const BootRecord& boot) {
-  if (boot.runs) return "runs";
-  return boot.started ? "none to start" : "not started";
 }
 
 std::string boots_table(const Camera& camera) {
@@ -60,24 +75,24 @@ std::string frames_table(const Camera& camera) {
 }
 
 /// The image that a download was, or was meant to be: that of the module, if it is known.
-std::string image_name(const BootRecord& boot, const Download& download, CarriedImages images) {
-  for (const CarriedImage& image : images) {
-    const bool of_module = boot.runs ? image.row.module == boot.module
-                                     : (download.modules & camera::set_of(image.row.module)) != 0;
-    if (of_module && image.row.memory == download.memory) return image.row.symbol;
+std::string image_name(const BootRecord& boot, const Download& download) {
+  for (const wire::ProgramImage& image : wire::program_images) {
+    const bool of_module = boot.runs ? image.module == boot.module
+                                     : (download.modules & camera::set_of(image.module)) != 0;
+    if (of_module && image.memory == download.memory) return image.symbol;
   }
   return "-";
 }
 
 /// The downloads of each boot's last attempt, and all that did not arrive intact.
-std::string images_table(const Camera& camera, CarriedImages images) {
+std::string images_table(const Camera& camera) {
   Table table({"boot", "attempt", "memory", "image", "checksum answered", "download"});
   for (std::uint32_t number = camera.boots().first(); number <= camera.boots().total(); ++number) {
     const BootRecord& boot = camera.boots().boot(number);
     for (const Download& download : boot.listed()) {
       if (download.attempt != boot.attempts && download.intact()) continue;
       table.add({format("%u", number), format("%u", download.attempt),
-                 format("0x%02X", download.memory), image_name(boot, download, images),
+                 format("0x%02X", download.memory), image_name(boot, download),
                  format("%08X", download.checksum), download.intact() ? "intact" : "NOT INTACT"});
     }
   }
@@ -114,11 +129,6 @@ std::string motors_table(const Camera& camera) {
   return table.empty() ? "" : table.text();
 }
 
-std::string state_of(const camera::HeadController& controller, camera::Time now) {
-  if (controller.asleep()) return "asleep";
-  return controller.axis().moving(now) ? "moves" : "at rest";
-}
-
 /// Positions on the scale of the interface, counts as the controllers have them.
 std::string head_table(const Camera& camera) {
   const camera::Time now = camera.clock.now();
@@ -134,13 +144,7 @@ std::string head_table(const Camera& camera) {
   return table.text();
 }
 
-std::string frame_text(const Violation& violation) {
-  std::string text;
-  for (std::size_t i = 0; i < violation.shown; ++i) text += format("%02X ", violation.frame[i]);
-  if (violation.length > violation.shown) return text + format("... (%u bytes)", violation.length);
-  if (!text.empty()) text.pop_back();
-  return text.empty() ? "-" : text;
-}
+}  // namespace
 
 std::string violations_table(const Camera& camera) {
   const std::span<const Violation> listed = camera.violations().listed();
@@ -158,17 +162,15 @@ std::string violations_table(const Camera& camera) {
   return text;
 }
 
-}  // namespace
-
-std::string report(const Camera& camera, CarriedImages images, const std::string& name) {
-  std::string text = "\nSimulated camera" + (name.empty() ? "" : " " + name) + "\n\n";
+std::string summary(const Camera& camera) {
+  std::string text;
   if (camera.boots().first() > 1) {
     text += format("  %u earlier boots are not listed\n", camera.boots().first() - 1);
   }
   if (camera.boots().total() != 0) {
     for (const std::string& table :
-         {boots_table(camera), frames_table(camera), images_table(camera, images),
-          motors_table(camera), loops_table(camera)}) {
+         {boots_table(camera), frames_table(camera), images_table(camera), motors_table(camera),
+          loops_table(camera)}) {
       if (!table.empty()) text += table + "\n";
     }
   }
@@ -179,7 +181,12 @@ std::string report(const Camera& camera, CarriedImages images, const std::string
   text += format("  time simulated: %s\n", seconds(camera.clock.now()).c_str());
   text += format("  protocol violations: %llu\n",
                  static_cast<unsigned long long>(camera.violations().total()));
-  return text + violations_table(camera);
+  return text;
+}
+
+std::string report(const Camera& camera, const std::string& name) {
+  const std::string heading = "\nSimulated camera" + (name.empty() ? "" : " " + name) + "\n\n";
+  return heading + summary(camera) + violations_table(camera);
 }
 
 }  // namespace kelvo::sim

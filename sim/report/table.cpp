@@ -1,4 +1,4 @@
-#include "sim/wrapper/table.h"
+#include "sim/report/table.h"
 
 #include <algorithm>
 

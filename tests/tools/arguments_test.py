@@ -1,0 +1,128 @@
+#!/usr/bin/env python3
+"""kelvo-sim's words: help, version, completion, manual page, and what it makes of wrong arguments."""
+
+import re
+import subprocess
+
+import project
+import tool
+
+OPTIONS = {
+    "run": ["--name", "--head", "--clock", "--corrupt", "--report"],
+    "list": ["--json"],
+    "remove": ["--in-use"],
+    "status": ["--json"],
+    "violations": ["--json"],
+}
+CODES = ["0", "1", "2", "3", "4", "5", "6", "124", "125", "126", "127"]
+NAME_RULE = "up to 32 letters, digits, - and _"
+
+
+class Arguments(tool.ToolTest):
+    def test_help_lists_the_commands(self):
+        text = self.check(tool.call("--help"), 0, errors="").stdout
+        for command in OPTIONS:
+            self.assertRegex(text, rf"(?m)^  {command}  +\w")
+        self.assertNotIn("completion", text)
+
+    def test_help_of_each_command_lists_its_options_and_the_exit_codes(self):
+        for command, options in OPTIONS.items():
+            text = self.check(tool.call(command, "--help"), 0, errors="").stdout
+            self.assertEqual(re.findall(r"(?m)^  (--[a-z-]+)", text), options)
+            self.assertEqual(re.findall(r"(?m)^  (\d+) +\w", text), CODES)
+
+    def test_the_version_is_the_project_s(self):
+        self.check(tool.call("--version"), 0, f"kelvo-sim {project.setting('version')}\n", "")
+
+    def test_no_command(self):
+        self.check_refused(2, "kelvo-sim: A subcommand is required: see kelvo-sim --help")
+
+    def test_an_unknown_command(self):
+        self.check_refused(2, "kelvo-sim: The following argument was not expected: lsit: see kelvo-sim --help", "lsit")
+
+    def test_an_unknown_option(self):
+        for command in OPTIONS:
+            name = ["desk"] if command in ("remove", "status", "violations") else []
+            self.check_refused(2, f"kelvo-sim {command}: The following argument was not expected: --no: "
+                                  f"see kelvo-sim {command} --help", command, *name, "--no")
+
+    def test_a_camera_s_name_is_missing(self):
+        for command in ("remove", "status", "violations"):
+            self.check_refused(2, f"kelvo-sim {command}: NAME is required: see kelvo-sim {command} --help", command)
+
+    def test_a_program_is_missing(self):
+        for rest in ([], ["--"]):
+            self.check_refused(2, "kelvo-sim run: no program: write -- and the program behind the options", "run", *rest)
+
+    def test_a_program_without_dashes_before_it(self):
+        self.check_refused(2, "kelvo-sim run: The following argument was not expected: true: "
+                              "see kelvo-sim run --help", "run", "true")
+
+    def test_values_that_options_do_not_take(self):
+        for option, value, rule in (("--name", "a/b", NAME_RULE), ("--name", "a" * 33, NAME_RULE),
+                                    ("--head", "vega", "tasmere or vetra"),
+                                    ("--clock", "5x", "real, sleep, or a number from 0.1 to 1000"),
+                                    ("--clock", "0", "real, sleep, or a number from 0.1 to 1000")):
+            self.check_refused(2, f'kelvo-sim run: {option}: "{value}" is not {rule}: see kelvo-sim run --help',
+                               "run", option, value, "--", "true")
+
+    def test_corrupt_downloads_are_counted_from_1(self):
+        for numbers in (["0"], [str(number) for number in range(1, 18)]):
+            result = self.check(tool.call("run", "--corrupt", *numbers, "--", "true"), 2, "")
+            self.assertIn('KELVO_SIM: "corrupt" cannot be ', result.stderr)
+        self.check(tool.call("run", "--corrupt", "one", "--", "true"), 2, "")
+
+    def test_wrong_settings_in_the_environment(self):
+        result = self.check(tool.call("run", "--", "true", variables={"KELVO_SIM": "corupt=1"}), 2, "")
+        self.assertTrue(result.stderr.startswith('kelvo-sim run: KELVO_SIM: there is no setting "corupt": '))
+        self.assertEqual(result.stderr.count("\n"), 1)
+
+    def test_output_that_cannot_be_written(self):
+        for arguments in (["--help"], ["list", "--json"]):
+            with open("/dev/full", "w", encoding="ascii") as full:
+                result = tool.call(*arguments, stdout=full)
+            self.assertEqual(result.returncode, 6, result.stderr)
+            self.assertIn("standard output: No space left on device: look where it leads\n", result.stderr)
+
+    def test_the_manual_page_has_every_command_option_and_exit_code(self):
+        text = self.check(tool.call("manual"), 0, errors="").stdout.replace("\\-", "-")
+        self.assertEqual(re.findall(r"(?m)^\.SS ([a-z]+)", text), list(OPTIONS))
+        for command, options in OPTIONS.items():
+            section = text.split(f".SS {command}")[1].split("\n.S")[0]
+            self.assertEqual(re.findall(r"\\fB(--[a-z-]+)", section), options)
+        self.assertEqual(re.findall(r"(?m)^\\fB(\d+)", text), CODES)
+
+
+class Completion(tool.ToolTest):
+    def complete(self, *words):
+        """What bash offers for the last of these words."""
+        script = tool.call("completion", "bash").stdout
+        listed = " ".join(f"'{word}'" for word in ("kelvo-sim", *words))
+        # Completion asks the tool itself for cameras.
+        command = " ".join(f"'{part}'" for part in filter(None, project.settings("tool")))
+        script += (f'\nkelvo-sim() {{ {command} "$@"; }}\nCOMP_WORDS=({listed}) COMP_CWORD={len(words)}\n'
+                   '_kelvo_sim\nprintf "%s\\n" "${COMPREPLY[@]}"\n')
+        result = subprocess.run(["bash", "-uc", script], text=True, capture_output=True, check=False)
+        self.assertEqual(result.stderr, "")
+        return result.stdout.split()
+
+    def test_commands(self):
+        self.assertEqual(self.complete("")[:5], list(OPTIONS))
+        self.assertEqual(self.complete("st"), ["status"])
+
+    def test_options_of_each_command(self):
+        for command, options in OPTIONS.items():
+            self.assertEqual(self.complete(command, "--"), ["--help", *options])
+
+    def test_values(self):
+        self.assertEqual(self.complete("run", "--head", ""), ["tasmere", "vetra"])
+        self.assertEqual(self.complete("run", "--clock", "s"), ["sleep"])
+
+    def test_the_program_behind_the_dashes(self):
+        self.assertIn("true", self.complete("run", "--", "tru"))
+        self.file("only_one", "")
+        self.assertEqual(self.complete("run", "--", "cat", f"{self.folder}/on"), [f"{self.folder}/only_one"])
+
+
+if __name__ == "__main__":
+    project.main()

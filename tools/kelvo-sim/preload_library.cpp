@@ -1,0 +1,68 @@
+#include "tools/kelvo-sim/preload_library.h"
+
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <system_error>
+
+#include "tools/common/failure.h"
+#include "tools/kelvo-sim/elf_file.h"
+
+namespace kelvo::tools {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Seen from the tool's folder: as it is installed, and as it is built.
+constexpr std::array places{"../lib/kelvo/libkelvo-sim.so", "../sim/libkelvo-sim.so"};
+
+Failure failure(const std::string& line) { return {ExitCode::no_library, line}; }
+
+fs::path beside_the_tool() {
+  std::error_code error;
+  const fs::path folder = fs::read_symlink("/proc/self/exe", error).parent_path();
+  for (const char* const place : places) {
+    fs::path candidate = (folder / place).lexically_normal();
+    if (fs::exists(candidate, error)) return candidate;
+  }
+  throw failure((folder / places[0]).lexically_normal().string() +
+                ": there is no preload library: install it there, or name it in " +
+                library_variable);
+}
+
+fs::path named_or_own() {
+  const char* const named = std::getenv(library_variable);
+  if (named == nullptr || *named == '\0') return beside_the_tool();
+  std::error_code error;
+  if (!fs::exists(named, error)) {
+    throw failure(std::string(named) + ": there is no such preload library: correct " +
+                  library_variable);
+  }
+  return fs::absolute(named);
+}
+
+}  // namespace
+
+std::string find_preload_library() {
+  std::string path = named_or_own().string();
+  const std::optional<ElfFile> elf = read_elf_file(path);
+  if (!elf || (elf->architecture == own_architecture() && !elf->shared)) {
+    throw failure(path + ": is no shared library that can be read: build or install it anew");
+  }
+  if (elf->architecture != own_architecture()) {
+    throw failure(path + ": is a library for " + name_of(elf->architecture) +
+                  ", this machine's are for " + name_of(own_architecture()) +
+                  ": name another one in " + library_variable);
+  }
+  // They separate the names in LD_PRELOAD, and the loader knows no way to quote them.
+  if (path.find_first_of(": \t") != std::string::npos) {
+    throw failure(path +
+                  ": the loader takes no path with blanks or colons: put the library elsewhere "
+                  "and name it in " +
+                  library_variable);
+  }
+  return path;
+}
+
+}  // namespace kelvo::tools
