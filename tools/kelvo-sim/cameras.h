@@ -6,7 +6,7 @@
 
 #include "sim/state/shared_camera.h"
 
-namespace CLI {
+namespace CLI {  // NOLINT(readability-identifier-naming): the name that it has
 class App;
 }  // namespace CLI
 

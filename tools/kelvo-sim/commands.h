@@ -8,7 +8,7 @@
 
 #include "tools/common/exit_code.h"
 
-namespace CLI {
+namespace CLI {  // NOLINT(readability-identifier-naming): the name that it has
 class App;
 }  // namespace CLI
 

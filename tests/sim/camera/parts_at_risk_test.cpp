@@ -1,6 +1,7 @@
 // What a single call may change, by which a change of a shared camera is taken back.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstring>
 #include <random>
 
@@ -53,7 +54,7 @@ void do_anything(Bench& bench, std::minstd_rand& random) {
   expect_undone(
       bench, [&] { bench.query(byte()); }, "a query");
   expect_undone(
-      bench, [&] { bench.wait_ms(random() % 50); }, "time");
+      bench, [&] { bench.wait_ms(static_cast<std::int64_t>(random() % 50)); }, "time");
 }
 
 TEST(PartsAtRisk, AreAFewOfTheCamera) {
