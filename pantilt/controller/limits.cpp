@@ -27,7 +27,7 @@ using kelvo::pantilt::tilt_uses_hall;
 namespace tasmere = kelvo::wire::tasmere;
 namespace vetra = kelvo::wire::vetra;
 
-constexpr std::uint32_t wrap = 65535;
+constexpr std::uint32_t wrap = kelvo::pantilt::full_scale;
 constexpr std::uint32_t hall_offset = kelvo::wire::tilt_hall_offset;
 
 std::uint32_t limit_step(std::int32_t speed) {

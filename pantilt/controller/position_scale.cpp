@@ -8,8 +8,6 @@
 namespace kelvo::pantilt {
 namespace {
 
-constexpr double full_scale = 65535.0;
-
 /// The mixture of single and double precision is the controllers': it decides the last count.
 std::int32_t reversed_count(float pos, std::int32_t full_step) {
   const auto range = static_cast<float>(full_step);

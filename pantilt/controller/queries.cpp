@@ -3,6 +3,7 @@
 #include "kelvo/pantilt.h"
 #include "pantilt/controller/axis.h"
 #include "pantilt/controller/hall.h"
+#include "pantilt/controller/position_scale.h"
 #include "pantilt/controller/saturate.h"
 #include "pantilt/link/family.h"
 #include "wire/pan_tilt_registers.h"
@@ -53,7 +54,7 @@ std::int32_t temperature(const Axis& axis) {
 /// From the zero of the Hall sensor to the common one; wraps modulo 65535 (deliberate).
 std::uint32_t from_hall_zero(std::uint32_t raw) {
   constexpr std::uint32_t offset = kelvo::wire::tilt_hall_offset;
-  return raw >= offset ? raw - offset : raw + (65535U - offset);
+  return raw >= offset ? raw - offset : raw + (kelvo::pantilt::full_scale - offset);
 }
 
 }  // namespace
@@ -67,8 +68,8 @@ std::int32_t GetPanPos(std::uint32_t* pos) {
   const auto raw = static_cast<std::int32_t>(read(pan, vetra::position, 2).u16());
   const std::int32_t range = *pan.full_step;
   const auto from_end = static_cast<float>(range - raw);
-  *pos = kelvo::pantilt::saturate<std::uint32_t>(static_cast<double>(from_end) * 65535.0 / range +
-                                                 0.5);
+  *pos = kelvo::pantilt::saturate<std::uint32_t>(
+      static_cast<double>(from_end) * kelvo::pantilt::full_scale / range + 0.5);
   return 0;
 }
 
