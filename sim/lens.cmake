@@ -1,10 +1,20 @@
-# The models of what hangs on the lens controller's program.
+# The models of the lens side: the controller, its programs, and what hangs on them.
 target_sources(kelvo_camera PRIVATE
-  camera/calibration_run.cpp
-  camera/counters.cpp
-  camera/filter_coil.cpp
-  camera/lens_summary.cpp
-  camera/motor_states.cpp
-  camera/program_values.cpp
-  camera/sensors.cpp
-  camera/stabiliser.cpp)
+  lens/boot_loader.cpp
+  lens/boot_log.cpp
+  lens/calibration_run.cpp
+  lens/command_motor.cpp
+  lens/counters.cpp
+  lens/filter_coil.cpp
+  lens/lens_controller.cpp
+  lens/lens_program.cpp
+  lens/lens_summary.cpp
+  lens/motor_block.cpp
+  lens/motor_states.cpp
+  lens/payload.cpp
+  lens/program_values.cpp
+  lens/pt5111.cpp
+  lens/reset_line.cpp
+  lens/sensors.cpp
+  lens/stabiliser.cpp
+  lens/stepper.cpp)

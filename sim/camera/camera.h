@@ -7,14 +7,14 @@
 #include <string_view>
 #include <type_traits>
 
-#include "sim/camera/boot_log.h"
-#include "sim/camera/clock.h"
-#include "sim/camera/head.h"
-#include "sim/camera/lens_controller.h"
-#include "sim/camera/parts.h"
-#include "sim/camera/pt5111.h"
-#include "sim/camera/reset_line.h"
-#include "sim/camera/violations.h"
+#include "sim/common/clock.h"
+#include "sim/common/parts.h"
+#include "sim/common/violations.h"
+#include "sim/head/head.h"
+#include "sim/lens/boot_log.h"
+#include "sim/lens/lens_controller.h"
+#include "sim/lens/pt5111.h"
+#include "sim/lens/reset_line.h"
 
 namespace kelvo::sim::camera {
 

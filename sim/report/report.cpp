@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-#include "sim/camera/wiring.h"
+#include "sim/lens/wiring.h"
 #include "sim/report/table.h"
 
 namespace kelvo::sim {

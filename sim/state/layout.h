@@ -7,8 +7,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "sim/camera/boot_loader.h"
 #include "sim/camera/camera.h"
+#include "sim/lens/boot_loader.h"
 #include "sim/state/shared_settings.h"
 
 namespace kelvo::sim::state {

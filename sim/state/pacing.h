@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-#include "sim/camera/clock.h"
+#include "sim/common/clock.h"
 #include "sim/state/shared_settings.h"
 
 namespace kelvo::sim {

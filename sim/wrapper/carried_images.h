@@ -1,7 +1,7 @@
 #ifndef KELVO_SIM_WRAPPER_CARRIED_IMAGES_H
 #define KELVO_SIM_WRAPPER_CARRIED_IMAGES_H
 
-#include "sim/camera/carried_image.h"
+#include "sim/lens/carried_image.h"
 
 namespace kelvo::sim {
 

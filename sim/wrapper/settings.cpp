@@ -4,7 +4,7 @@
 #include <charconv>
 #include <set>
 
-#include "sim/camera/boot_loader.h"
+#include "sim/lens/boot_loader.h"
 
 namespace kelvo::sim {
 namespace {

@@ -7,6 +7,7 @@ import unittest
 import project
 
 INTERFACE = ("include", "wire")  # what every room of the library reads
+MODELS = ("sim/common", "sim/head", "sim/lens", "wire")  # what knows the simulated devices
 
 # Room: the rooms that it may include, besides itself. A new room needs a row of its own.
 ROOMS = {
@@ -25,12 +26,15 @@ ROOMS = {
     "pantilt/controller": INTERFACE + ("pantilt/link",),
     "pantilt/motion":    INTERFACE + ("pantilt/controller", "pantilt/link"),
     "sim/seam":          ("wire",),
-    "sim/camera":        ("wire",),
-    "sim/report":        ("sim/camera", "wire"),
-    "sim/state":         ("sim/camera", "wire"),
-    "sim/wrapper":       ("sim/camera", "sim/report", "sim/seam", "sim/state", "wire"),
+    "sim/common":        ("wire",),
+    "sim/lens":          ("sim/common", "wire"),
+    "sim/head":          ("sim/common", "wire"),
+    "sim/camera":        MODELS,
+    "sim/report":        MODELS + ("sim/camera",),
+    "sim/state":         MODELS + ("sim/camera",),
+    "sim/wrapper":       MODELS + ("sim/camera", "sim/report", "sim/seam", "sim/state"),
     "tools/common":      ("sim/report",),
-    "tools/kelvo-sim":   ("tools/common", "sim/camera", "sim/report", "sim/state", "sim/wrapper"),
+    "tools/kelvo-sim":   MODELS + ("tools/common", "sim/camera", "sim/report", "sim/state", "sim/wrapper"),
     "benchmarks":        INTERFACE + ("sim/seam", "sim/state", "sim/wrapper"),
     "examples":          ("include",),
 }

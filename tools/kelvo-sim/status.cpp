@@ -2,7 +2,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
-#include "sim/camera/wiring.h"
+#include "sim/lens/wiring.h"
 #include "sim/report/report.h"
 #include "tools/common/output.h"
 #include "tools/kelvo-sim/cameras.h"

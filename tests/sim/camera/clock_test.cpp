@@ -1,4 +1,4 @@
-#include "sim/camera/clock.h"
+#include "sim/common/clock.h"
 
 #include <gtest/gtest.h>
 

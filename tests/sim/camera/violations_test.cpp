@@ -1,4 +1,4 @@
-#include "sim/camera/violations.h"
+#include "sim/common/violations.h"
 
 #include <gtest/gtest.h>
 

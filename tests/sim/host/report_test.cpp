@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "sim/camera/bench.h"
-#include "sim/camera/head_bench.h"
+#include "sim/head/head_bench.h"
 #include "sim/wrapper/carried_images.h"
 
 namespace {

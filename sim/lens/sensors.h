@@ -1,0 +1,52 @@
+#ifndef KELVO_SIM_LENS_SENSORS_H
+#define KELVO_SIM_LENS_SENSORS_H
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+#include "sim/common/exchange.h"
+#include "sim/lens/motor_states.h"
+
+namespace kelvo::sim::camera {
+
+/// What the sensors see, and what they are supplied from.
+struct SensorView {
+  LensModule module;
+  Time now;
+  const MotorStates& motors;
+  std::uint16_t supply;  // the register of the photo-interrupters' supply
+  bool pt5111_supply;    // of the one at the PT5111
+};
+
+/// The photo-interrupters and the analogue converter, which share commands and a query.
+///
+/// The query for a level means the converter's channel from the command that starts a conversion on. On
+/// DE015, where it also reads photo-interrupters, it means these again from the next write to the register
+/// of their supply. An interrupter sees nothing without its supply: on DE015 that register, for one at the
+/// PT5111 the chip's own; the others of DF033 and those of T5391 are always supplied.
+class Sensors {
+ public:
+  static constexpr std::size_t most = 4;
+
+  /// A command that asks for a service.
+  void obey(Exchange& exchange, LensModule module);
+  void supply_written() { converted_at_.reset(); }
+
+  /// The answer to a query about sensors; nothing for any other query.
+  std::optional<std::uint32_t> answer(std::uint8_t query, std::uint8_t argument,
+                                      const SensorView& view) const;
+
+ private:
+  bool calibrated(int sensor, Time now) const;
+  std::uint16_t level(std::uint8_t argument, const SensorView& view) const;
+  std::uint16_t offset(const Wire* wire, Time now) const;
+  std::uint16_t offset_of(Output output, const SensorView& view) const;
+
+  std::array<std::optional<Time>, most> calibrated_at_{};
+  std::optional<Time> converted_at_;
+};
+
+}  // namespace kelvo::sim::camera
+
+#endif
