@@ -25,7 +25,10 @@ set(expected
   ${usr}include/kelvo/pantilt.h
   ${usr}lib/cmake/kelvo/kelvoConfig.cmake
   ${usr}lib/cmake/kelvo/kelvoConfigVersion.cmake
-  ${usr}lib/pkgconfig/kelvo.pc)
+  ${usr}lib/pkgconfig/kelvo.pc
+  ${usr}share/bash-completion/completions/kelvo-sim
+  ${usr}share/man/man1/kelvo-sim.1
+  ${usr}share/zsh/site-functions/_kelvo-sim)
 list(SORT expected)
 file(GLOB_RECURSE installed RELATIVE ${tree} ${tree}/*)
 list(SORT installed)

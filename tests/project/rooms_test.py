@@ -34,7 +34,9 @@ ROOMS = {
     "sim/state":         MODELS + ("sim/camera",),
     "sim/wrapper":       MODELS + ("sim/camera", "sim/report", "sim/seam", "sim/state"),
     "tools/common":      ("sim/report",),
-    "tools/kelvo-sim":   MODELS + ("tools/common", "sim/camera", "sim/report", "sim/state", "sim/wrapper"),
+    "tools/launch":      ("tools/common", "sim/state", "sim/wrapper"),
+    "tools/kelvo-sim":   MODELS + ("tools/common", "tools/launch", "sim/camera", "sim/report", "sim/state",
+                                   "sim/wrapper"),
     "benchmarks":        INTERFACE + ("sim/seam", "sim/state", "sim/wrapper"),
     "examples":          ("include",),
 }

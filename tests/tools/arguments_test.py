@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
-"""kelvo-sim's words: help, version, completion, manual page, and what it makes of wrong arguments."""
+"""kelvo-sim's words: help, version, manual page, and what it makes of wrong arguments."""
 
 import re
-import subprocess
 
 import project
 import tool
@@ -91,37 +90,6 @@ class Arguments(tool.ToolTest):
             section = text.split(f".SS {command}")[1].split("\n.S")[0]
             self.assertEqual(re.findall(r"\\fB(--[a-z-]+)", section), options)
         self.assertEqual(re.findall(r"(?m)^\\fB(\d+)", text), CODES)
-
-
-class Completion(tool.ToolTest):
-    def complete(self, *words):
-        """What bash offers for the last of these words."""
-        script = tool.call("completion", "bash").stdout
-        listed = " ".join(f"'{word}'" for word in ("kelvo-sim", *words))
-        # Completion asks the tool itself for cameras.
-        command = " ".join(f"'{part}'" for part in filter(None, project.settings("tool")))
-        script += (f'\nkelvo-sim() {{ {command} "$@"; }}\nCOMP_WORDS=({listed}) COMP_CWORD={len(words)}\n'
-                   '_kelvo_sim\nprintf "%s\\n" "${COMPREPLY[@]}"\n')
-        result = subprocess.run(["bash", "-uc", script], text=True, capture_output=True, check=False)
-        self.assertEqual(result.stderr, "")
-        return result.stdout.split()
-
-    def test_commands(self):
-        self.assertEqual(self.complete("")[:5], list(OPTIONS))
-        self.assertEqual(self.complete("st"), ["status"])
-
-    def test_options_of_each_command(self):
-        for command, options in OPTIONS.items():
-            self.assertEqual(self.complete(command, "--"), ["--help", *options])
-
-    def test_values(self):
-        self.assertEqual(self.complete("run", "--head", ""), ["tasmere", "vetra"])
-        self.assertEqual(self.complete("run", "--clock", "s"), ["sleep"])
-
-    def test_the_program_behind_the_dashes(self):
-        self.assertIn("true", self.complete("run", "--", "tru"))
-        self.file("only_one", "")
-        self.assertEqual(self.complete("run", "--", "cat", f"{self.folder}/on"), [f"{self.folder}/only_one"])
 
 
 if __name__ == "__main__":

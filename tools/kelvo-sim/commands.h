@@ -27,8 +27,6 @@ void add_list(CLI::App& app);
 void add_remove(CLI::App& app);
 void add_status(CLI::App& app);
 void add_violations(CLI::App& app, Context& context);
-void add_completion(CLI::App& app);
-void add_manual(CLI::App& app);
 
 }  // namespace kelvo::tools
 

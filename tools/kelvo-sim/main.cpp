@@ -6,10 +6,23 @@
 
 #include "tools/common/failure.h"
 #include "tools/common/output.h"
+#include "tools/common/tool_page.h"
 #include "tools/kelvo-sim/commands.h"
 
 namespace kelvo::tools {
 namespace {
+
+ToolPage page() {
+  ToolPage page{tool_name,
+                "run programs on simulated cameras",
+                "A program that is run has its own.",
+                std::string(tool_name) + " list",
+                {}};
+  for (const ExitCodeRow& row : exit_codes) {
+    page.exit_codes.emplace_back(static_cast<int>(row.code), row.meaning);
+  }
+  return page;
+}
 
 void add_commands(CLI::App& app, Context& context) {
   app.set_version_flag("--version", std::string(tool_name) + " " KELVO_VERSION);
@@ -20,8 +33,7 @@ void add_commands(CLI::App& app, Context& context) {
   add_remove(app);
   add_status(app);
   add_violations(app, context);
-  add_completion(app);
-  add_manual(app);
+  add_pages(app, page());
 }
 
 /// The command that the arguments name, as one types it.

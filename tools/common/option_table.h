@@ -1,6 +1,6 @@
 // What completion and manual page read of the option table.
-#ifndef KELVO_TOOLS_KELVO_SIM_OPTION_TABLE_H
-#define KELVO_TOOLS_KELVO_SIM_OPTION_TABLE_H
+#ifndef KELVO_TOOLS_COMMON_OPTION_TABLE_H
+#define KELVO_TOOLS_COMMON_OPTION_TABLE_H
 
 #include <string>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "tools/kelvo-sim/program.h"
+#include "tools/launch/program.h"
 
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -12,7 +12,7 @@
 #include <sstream>
 
 #include "tools/common/failure.h"
-#include "tools/kelvo-sim/elf_file.h"
+#include "tools/launch/elf_file.h"
 
 namespace kelvo::tools {
 namespace {

@@ -1,4 +1,4 @@
-#include "tools/kelvo-sim/elf_file.h"
+#include "tools/launch/elf_file.h"
 
 #include <elf.h>
 #include <link.h>

@@ -1,4 +1,4 @@
-#include "tools/kelvo-sim/option_table.h"
+#include "tools/common/option_table.h"
 
 #include <CLI/CLI.hpp>
 #include <cctype>

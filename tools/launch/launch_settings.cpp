@@ -1,4 +1,4 @@
-#include "tools/kelvo-sim/launch_settings.h"
+#include "tools/launch/launch_settings.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
-#ifndef KELVO_TOOLS_KELVO_SIM_ELF_FILE_H
-#define KELVO_TOOLS_KELVO_SIM_ELF_FILE_H
+#ifndef KELVO_TOOLS_LAUNCH_ELF_FILE_H
+#define KELVO_TOOLS_LAUNCH_ELF_FILE_H
 
 #include <cstdint>
 #include <filesystem>

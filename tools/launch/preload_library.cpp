@@ -1,4 +1,4 @@
-#include "tools/kelvo-sim/preload_library.h"
+#include "tools/launch/preload_library.h"
 
 #include <array>
 #include <cstdlib>
@@ -7,7 +7,7 @@
 #include <system_error>
 
 #include "tools/common/failure.h"
-#include "tools/kelvo-sim/elf_file.h"
+#include "tools/launch/elf_file.h"
 
 namespace kelvo::tools {
 namespace {

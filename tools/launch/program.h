@@ -1,5 +1,5 @@
-#ifndef KELVO_TOOLS_KELVO_SIM_PROGRAM_H
-#define KELVO_TOOLS_KELVO_SIM_PROGRAM_H
+#ifndef KELVO_TOOLS_LAUNCH_PROGRAM_H
+#define KELVO_TOOLS_LAUNCH_PROGRAM_H
 
 #include <filesystem>
 #include <string>

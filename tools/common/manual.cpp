@@ -1,0 +1,84 @@
+// The manual page, from the option table.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+#include "tools/common/option_table.h"
+#include "tools/common/tool_page.h"
+
+namespace kelvo::tools {
+namespace {
+
+/// Dashes as they are typed; a line never begins with a request.
+std::string escaped(const std::string& text) {
+  std::string result;
+  for (const char letter : text) {
+    if (letter == '\\') {
+      result += "\\e";
+    } else if (letter == '-') {
+      result += "\\-";
+    } else {
+      result += letter;
+    }
+  }
+  return result.starts_with('.') || result.starts_with('\'') ? "\\&" + result : result;
+}
+
+std::string names_of(const CLI::Option& option) {
+  std::string names;
+  for (const std::string& name : option.get_snames()) names += (names.empty() ? "-" : ", -") + name;
+  for (const std::string& name : option.get_lnames())
+    names += (names.empty() ? "--" : ", --") + name;
+  return names;
+}
+
+std::string option_text(const CLI::Option& option) {
+  std::string text = ".TP\n\\fB" + escaped(names_of(option)) + "\\fR";
+  if (option.get_items_expected_max() != 0)
+    text += " \\fI" + escaped(option.get_type_name()) + "\\fR";
+  return text + "\n" + escaped(option.get_description()) + "\n";
+}
+
+std::string argument_text(const CLI::Option& argument) {
+  return ".TP\n\\fI" + escaped(argument.get_name()) + "\\fR\n" +
+         escaped(argument.get_description()) + "\n";
+}
+
+std::string command_text(const CLI::App& command, const std::string& name) {
+  std::string text = ".SS " + escaped(name);
+  for (const CLI::Option* const argument : arguments_of(command)) {
+    text += " " + escaped(argument->get_name());
+  }
+  text += "\n" + escaped(command.get_description()) + ".\n";
+  for (const CLI::Option* const argument : arguments_of(command)) text += argument_text(*argument);
+  for (const CLI::Option* const option : options_of(command)) text += option_text(*option);
+  for (const CLI::App* const below : commands_of(command)) {
+    text += command_text(*below, name + " " + below->get_name());
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string manual(const CLI::App& app, const ToolPage& page) {
+  std::string title = page.name;
+  std::transform(title.begin(), title.end(), title.begin(), [](char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  });
+  const std::string name = escaped(page.name);
+  std::string text = ".TH " + escaped(title) + " 1\n.SH NAME\n" + name + " \\- " +
+                     escaped(page.summary) + "\n.SH SYNOPSIS\n.B " + name +
+                     "\n[\\fIOPTIONS\\fR] \\fICOMMAND\\fR\n.SH DESCRIPTION\n" +
+                     escaped(app.get_description()) + "\n.SH OPTIONS\n";
+  for (const CLI::Option* const option : options_of(app)) text += option_text(*option);
+  text += ".SH COMMANDS\n";
+  for (const CLI::App* const command : commands_of(app)) {
+    text += command_text(*command, command->get_name());
+  }
+  text += ".SH EXIT STATUS\n" + escaped(page.exit_remark) + "\n";
+  for (const auto& [code, meaning] : page.exit_codes) {
+    text += ".TP\n\\fB" + std::to_string(code) + "\\fR\n" + escaped(meaning) + "\n";
+  }
+  return text;
+}
+
+}  // namespace kelvo::tools
