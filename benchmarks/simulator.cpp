@@ -1,9 +1,11 @@
-// What a transfer costs on the simulated camera, of this process alone and shared, and what its lock costs
-// beside those that the kernel keeps.
+// What a transfer costs on the simulated camera, of this process alone and shared; what an intercepted call
+// that is not the camera's costs beside the same call of libc; and what the camera's lock costs beside those
+// that the kernel keeps.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <array>
@@ -12,6 +14,7 @@
 #include <string>
 
 #include "sim/seam/host.h"
+#include "sim/seam/real.h"
 #include "sim/wrapper/camera_host.h"
 #include "wire/paths.h"
 #include "wire/spi_device.h"
@@ -20,6 +23,7 @@ namespace {
 
 using kelvo::sim::CameraHost;
 using kelvo::sim::Extent;
+using kelvo::sim::real;
 using kelvo::sim::Removal;
 using kelvo::sim::SharedCamera;
 
@@ -80,14 +84,42 @@ void change(benchmark::State& state, Extent extent) {
   SharedCamera::remove(camera_name(), Removal::even_in_use);
 }
 
-void foreign_request(benchmark::State& state, bool intercepted) {
+/// What is not the camera's: the same call, intercepted and straight to libc.
+template <typename Call>
+void foreign_call(benchmark::State& state, bool intercepted, Call call) {
   CameraHost host{kelvo::sim::Settings{}};
   if (intercepted) kelvo::sim::install(&host);
-  const int device = open("/dev/null", O_RDWR);
-  for ([[maybe_unused]] auto round : state)
-    benchmark::DoNotOptimize(ioctl(device, TIOCGWINSZ, nullptr));
-  close(device);
+  const int device = open("/dev/null", O_RDWR | O_CLOEXEC);
+  for ([[maybe_unused]] auto round : state) call(intercepted, device);
   kelvo::sim::install(nullptr);
+  close(device);
+}
+
+void request_of_a_terminal(bool intercepted, int device) {
+  benchmark::DoNotOptimize(intercepted ? ioctl(device, TIOCGWINSZ, nullptr)
+                                       : real().ioctl(device, TIOCGWINSZ, nullptr));
+}
+
+void close_of_nothing(bool intercepted, int /*device*/) {
+  constexpr int never_open = 1000;
+  benchmark::DoNotOptimize(intercepted ? close(never_open) : real().close(never_open));
+}
+
+/// Fails, so that nothing but the path is looked at.
+void open_of_a_file(bool intercepted, int /*device*/) {
+  benchmark::DoNotOptimize(intercepted ? open("/proc/no-such-file", O_RDONLY | O_CLOEXEC)
+                                       : real().open("/proc/no-such-file", O_RDONLY | O_CLOEXEC));
+}
+
+void fopen_of_a_file(bool intercepted, int /*device*/) {
+  benchmark::DoNotOptimize(intercepted ? std::fopen("/proc/no-such-file", "re")
+                                       : real().fopen("/proc/no-such-file", "re"));
+}
+
+void no_sleep(bool intercepted, int /*device*/) {
+  constexpr timespec impossible{0, -1};
+  benchmark::DoNotOptimize(intercepted ? nanosleep(&impossible, nullptr)
+                                       : real().nanosleep(&impossible, nullptr));
 }
 
 void kernel_lock(benchmark::State& state, int (*take)(int), int (*give_back)(int)) {
@@ -113,8 +145,16 @@ BENCHMARK_CAPTURE(transfer, shared_camera_sleep_clock, "clock=sleep name=" + cam
 BENCHMARK_CAPTURE(transfer, shared_camera_real_clock, "clock=real name=" + camera_name());
 BENCHMARK_CAPTURE(change, of_one_call, Extent::one_call);
 BENCHMARK_CAPTURE(change, of_anything, Extent::anything);
-BENCHMARK_CAPTURE(foreign_request, intercepted, true);
-BENCHMARK_CAPTURE(foreign_request, without_a_host, false);
+BENCHMARK_CAPTURE(foreign_call, ioctl, true, request_of_a_terminal);
+BENCHMARK_CAPTURE(foreign_call, ioctl_directly, false, request_of_a_terminal);
+BENCHMARK_CAPTURE(foreign_call, close, true, close_of_nothing);
+BENCHMARK_CAPTURE(foreign_call, close_directly, false, close_of_nothing);
+BENCHMARK_CAPTURE(foreign_call, open, true, open_of_a_file);
+BENCHMARK_CAPTURE(foreign_call, open_directly, false, open_of_a_file);
+BENCHMARK_CAPTURE(foreign_call, fopen, true, fopen_of_a_file);
+BENCHMARK_CAPTURE(foreign_call, fopen_directly, false, fopen_of_a_file);
+BENCHMARK_CAPTURE(foreign_call, nanosleep, true, no_sleep);
+BENCHMARK_CAPTURE(foreign_call, nanosleep_directly, false, no_sleep);
 BENCHMARK_CAPTURE(
     kernel_lock, flock, [](int file) { return flock(file, LOCK_EX); },
     [](int file) { return flock(file, LOCK_UN); });

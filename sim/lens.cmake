@@ -5,6 +5,7 @@ target_sources(kelvo_camera PRIVATE
   lens/calibration_run.cpp
   lens/command_motor.cpp
   lens/counters.cpp
+  lens/dc_iris.cpp
   lens/filter_coil.cpp
   lens/lens_controller.cpp
   lens/lens_program.cpp

@@ -12,6 +12,8 @@ add_library(kelvo_state STATIC
   state/shared_camera.cpp
   state/shared_settings.cpp
   state/sleepers.cpp
+  state/storage.cpp
   state/undo.cpp)
-target_compile_options(kelvo_state PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-fvisibility=hidden>)
-target_link_libraries(kelvo_state PUBLIC kelvo_camera PRIVATE kelvo_options INTERFACE rt)
+target_compile_options(kelvo_state PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-fvisibility=hidden> ${kelvo_false_alarms})
+target_link_libraries(kelvo_state
+  PUBLIC kelvo_camera kelvo_fault kelvo_trace PRIVATE kelvo_options INTERFACE rt)

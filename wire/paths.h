@@ -35,6 +35,9 @@ inline constexpr const char* stabiliser_record_copies[] = {
     stabiliser_record,
 };
 
+/// A record that is replaced whole is written beside its place, under its name and this.
+inline constexpr char record_part[] = ".new";
+
 }  // namespace kelvo::wire
 
 #endif

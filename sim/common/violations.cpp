@@ -13,6 +13,7 @@ const char* name_of(Unit unit) {
     case Unit::i2c_bus: return "I2C bus";
     case Unit::pan_controller: return "pan controller";
     case Unit::tilt_controller: return "tilt controller";
+    case Unit::bus_lock: return "bus lock";
   }
   return "";
 }
@@ -27,15 +28,17 @@ void Violations::record(Time time, Unit unit, std::span<const std::uint8_t> fram
 
 void Violations::record_list(Time time, Unit unit, std::span<const std::uint8_t> frame,
                              const char* reason, std::va_list arguments) {
-  if (total_++ >= capacity) return;
-  Violation& violation = kept_[total_ - 1];
+  Violation& violation = last_;
   const std::size_t shown = std::min(frame.size(), Violation::most_frame_bytes);
   violation.time = time;
   violation.unit = unit;
   violation.shown = static_cast<std::uint8_t>(shown);
   violation.length = static_cast<std::uint32_t>(frame.size());
+  violation.process = process_;
+  violation.frame = {};
   std::copy_n(frame.begin(), shown, violation.frame.begin());
   std::vsnprintf(violation.reason.data(), violation.reason.size(), reason, arguments);
+  if (total_++ < capacity) kept_[total_ - 1] = violation;
 }
 
 std::span<const Violation> Violations::listed() const {

@@ -19,7 +19,8 @@ enum class Unit : std::uint8_t {
   reset_line,
   i2c_bus,
   pan_controller,
-  tilt_controller
+  tilt_controller,
+  bus_lock
 };
 
 const char* name_of(Unit unit);
@@ -32,6 +33,7 @@ struct Violation {
   Unit unit;
   std::uint8_t shown;    // bytes of `frame` that are filled
   std::uint32_t length;  // bytes of the whole frame
+  std::int32_t process;  // 0: nobody knows
   std::array<std::uint8_t, most_frame_bytes> frame;
   std::array<char, longest_reason + 1> reason;
 };
@@ -40,6 +42,9 @@ struct Violation {
 class Violations {
  public:
   static constexpr std::size_t capacity = 64;
+
+  /// Who commits what is recorded from now on.
+  void blame(std::int32_t process) { process_ = process; }
 
   /// The reason is a printf format; a longer one is cut.
   [[gnu::format(printf, 5, 6)]] void record(Time time, Unit unit,
@@ -51,12 +56,16 @@ class Violations {
 
   std::uint64_t total() const { return total_; }
   std::span<const Violation> listed() const;
+  /// The one that was recorded last, listed or not; of a total that is not 0.
+  const Violation& last() const { return last_; }
 
   /// All entries. Those that are not listed yet mean nothing.
   std::span<std::byte> entries() { return std::as_writable_bytes(std::span(kept_)); }
 
  private:
   std::uint64_t total_ = 0;
+  std::int32_t process_ = 0;
+  Violation last_{};
   std::array<Violation, capacity> kept_{};
 };
 

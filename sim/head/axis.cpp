@@ -1,23 +1,15 @@
 #include "sim/head/axis.h"
 
 #include <algorithm>
-#include <limits>
+#include <cmath>
 
 namespace kelvo::sim::camera {
 namespace {
 
-constexpr std::uint64_t endless = std::numeric_limits<std::uint64_t>::max();
-constexpr std::uint64_t nanoseconds = 1'000'000'000;
-
-/// Counts in a time, cut to whole ones. The products stay below 2^62: a circle has at most 2^16 counts,
-/// a speed at most 2^15 parts, and whole seconds are taken apart.
-std::uint64_t counts_in(Time time, std::uint32_t circle, Speed speed) {
-  const auto elapsed = static_cast<std::uint64_t>(time.count());
-  const std::uint64_t parts = std::uint64_t{circle} * speed.part;                    // in a second
-  const std::uint64_t part = std::uint64_t{Axis::seconds_per_circle} * speed.whole;  // of a count
-  const std::uint64_t in_seconds = elapsed / nanoseconds * parts;
-  const std::uint64_t rest = in_seconds % part * nanoseconds + elapsed % nanoseconds * parts;
-  return in_seconds / part + rest / (part * nanoseconds);
+/// Whole counts of a way, cut towards its beginning; so much less than a count is rounding.
+double whole_counts(double counts) {
+  constexpr double rounding = 1e-9;
+  return std::copysign(std::floor(std::abs(counts) + rounding), counts);
 }
 
 }  // namespace
@@ -28,65 +20,104 @@ void Axis::reach(Time now, Way way, Speed speed, std::uint32_t target) {
   start(now, way, speed, target % circle_);
 }
 
-void Axis::halt(Time now) {
-  origin_ = position(now);
-  distance_ = 0;
+void Axis::halt(Time now) { start(now, way_, {}, {}); }
+
+void Axis::freeze(Time now) {
+  arrive(now);
+  move_ = {};
+  goal_ = origin_;
+}
+
+void Axis::push(Time now, std::int32_t counts) {
+  const bool goes_on = moving(now);
+  const double speed = arrive(now);
+  const std::int64_t place = (std::int64_t{origin_} + counts) % circle_;
+  origin_ = static_cast<std::uint32_t>(place + circle_) % circle_;
+  move_ = {};
+  goal_ = origin_;
+  if (goes_on) go_on(now, speed);
 }
 
 void Axis::bind(Time now, std::optional<Arc> arc) {
-  const bool goes_on = moving(now);
-  halt(now);
   arc_ = arc;
-  if (goes_on) start(now, way_, speed_, target_);
+  if (moving(now)) go_on(now, arrive(now));
 }
 
 void Axis::start(Time now, Way way, Speed speed, std::optional<std::uint32_t> target) {
-  halt(now);
-  started_ = now;
+  const double speed_now = arrive(now);
   way_ = way;
   speed_ = {std::min(speed.part, speed.whole), speed.whole};
   target_ = target;
-  if (target) {
-    plan_reach(*target);
-  } else {
-    plan_run();
-  }
+  go_on(now, speed_now);
 }
 
-void Axis::plan_run() {
-  distance_ = endless;
-  if (!arc_) return;
-  const std::uint32_t place = upwards(arc_->start, origin_);
-  const std::uint32_t from_below = place > arc_->length ? circle_ : 0;
-  distance_ = way_ == Way::down ? place : from_below + arc_->length - place;
+double Axis::arrive(Time now) {
+  const RampedMove::Covered covered = move_.covered(now - started_);
+  origin_ = position(now);
+  const bool at_goal = goal_ && !moving(now);
+  const double part = part_ + covered.rest;
+  part_ = at_goal ? 0 : part - whole_counts(part);
+  started_ = now;
+  return covered.speed;
 }
 
-void Axis::plan_reach(std::uint32_t target) {
-  if (!arc_) {
-    distance_ = way_ == Way::up ? upwards(origin_, target) : upwards(target, origin_);
+void Axis::go_on(Time now, double speed) {
+  started_ = now;
+  goal_.reset();
+  RampedMove::Order order;
+  order.speed_now = speed;
+  order.circle = circle_;
+  order.speed = speed_;
+  order.room = room(speed);
+  order.ramp = ramp_;
+  if (speed_.part == 0) {
+    move_ = RampedMove::halt(order);
     return;
   }
+  const double distance = target_ ? distance_of_reach(*target_) : distance_of_run();
+  order.toward = way_ == Way::up ? 1 : -1;
+  order.distance = std::max(distance - part_ * order.toward, 0.0);
+  move_ = RampedMove(order);
+  if (std::isinf(distance)) return;
+  const auto counts = static_cast<std::uint32_t>(distance) % circle_;
+  goal_ = (origin_ + (way_ == Way::up ? counts : circle_ - counts)) % circle_;
+}
+
+double Axis::distance_of_run() const {
+  if (!arc_) return RampedMove::endless;
+  const std::uint32_t place = upwards(arc_->start, origin_);
+  const std::uint32_t from_below = place > arc_->length ? circle_ : 0;
+  return way_ == Way::down ? place : from_below + arc_->length - place;
+}
+
+double Axis::distance_of_reach(std::uint32_t target) {
+  if (!arc_) return way_ == Way::up ? upwards(origin_, target) : upwards(target, origin_);
   std::uint32_t goal = upwards(arc_->start, target);
   if (goal > arc_->length) goal = goal - arc_->length < circle_ - goal ? arc_->length : 0;
   const std::uint32_t place = upwards(arc_->start, origin_);
   if (place <= arc_->length) way_ = place <= goal ? Way::up : Way::down;
   const std::uint32_t up = (goal + circle_ - place) % circle_;
-  distance_ = way_ == Way::up ? up : (circle_ - up) % circle_;
+  return way_ == Way::up ? up : (circle_ - up) % circle_;
+}
+
+/// Up to the end of the arc that it moves towards.
+double Axis::room(double speed) const {
+  if (!arc_ || speed == 0) return RampedMove::endless;
+  const std::uint32_t place = upwards(arc_->start, origin_);
+  if (place > arc_->length) return RampedMove::endless;
+  return speed > 0 ? arc_->length - place : place;
 }
 
 std::uint32_t Axis::upwards(std::uint32_t from, std::uint32_t to) const {
   return (to + circle_ - from) % circle_;
 }
 
-std::uint64_t Axis::travelled(Time now) const {
-  return std::min(counts_in(now - started_, circle_, speed_), distance_);
-}
-
-bool Axis::moving(Time now) const { return speed_.part != 0 && travelled(now) < distance_; }
-
 std::uint32_t Axis::position(Time now) const {
-  const auto counts = static_cast<std::uint32_t>(travelled(now) % circle_);
-  return (origin_ + (way_ == Way::up ? counts : circle_ - counts)) % circle_;
+  if (goal_ && !moving(now)) return *goal_;
+  const RampedMove::Covered covered = move_.covered(now - started_);
+  const auto counts = covered.whole + static_cast<std::int64_t>(whole_counts(part_ + covered.rest));
+  const std::int64_t circle = circle_;
+  return static_cast<std::uint32_t>(((origin_ + counts) % circle + circle) % circle);
 }
 
 }  // namespace kelvo::sim::camera

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "sim/common/wire_time.h"
+
 namespace kelvo::sim::camera {
 namespace {
 
@@ -20,10 +22,34 @@ bool is_of_the_head(const BusMessage& message) {
   return message.slave == wire::pan_slave || message.slave == wire::tilt_slave;
 }
 
+auto first_stranger(std::span<const BusMessage> messages) {
+  return std::find_if_not(messages.begin(), messages.end(), is_of_the_head);
+}
+
 }  // namespace
 
-Head::Head(HeadFamily family)
-    : family_(family), pan_(family, HeadAxis::pan), tilt_(family, HeadAxis::tilt) {}
+Head::Head(HeadFamily family, const Variety& variety)
+    : family_(family),
+      pan_(family, HeadAxis::pan, variety),
+      tilt_(family, HeadAxis::tilt, variety) {}
+
+void Head::lose_power(Time now) {
+  for (HeadController* const controller : {&pan_, &tilt_}) controller->lose_power(now);
+}
+
+void Head::power_up(Time now) {
+  for (HeadController* const controller : {&pan_, &tilt_}) controller->restart(now);
+  ready_.reset();
+}
+
+Time wire_time(std::span<const BusMessage> messages) {
+  const auto stranger = first_stranger(messages);
+  Time time = i2c_stop;
+  for (auto message = messages.begin(); message != stranger; ++message) {
+    time += i2c_message(message->bytes.size());
+  }
+  return stranger == messages.end() ? time : time + i2c_message(0);
+}
 
 int Head::transfer(Time now, std::span<const BusMessage> messages, Violations& violations) {
   for (const BusMessage& message : messages) {
@@ -31,7 +57,7 @@ int Head::transfer(Time now, std::span<const BusMessage> messages, Violations& v
   }
   const BusMessage& first = messages[0];
   const auto sent = first.reads ? std::span<const std::uint8_t>{} : first.bytes;
-  const auto stranger = std::find_if_not(messages.begin(), messages.end(), is_of_the_head);
+  const auto stranger = first_stranger(messages);
   if (stranger != messages.end()) {
     violations.record(now, Unit::i2c_bus, sent, "there is no slave %u", stranger->slave);
     return -ENXIO;
@@ -39,9 +65,14 @@ int Head::transfer(Time now, std::span<const BusMessage> messages, Violations& v
   const bool pans = first.slave == wire::pan_slave;
   Exchange exchange{now, pans ? Unit::pan_controller : Unit::tilt_controller, sent, violations};
   ++transfers_;
-  judge_pause(exchange);
+  judge_pause(exchange, now - wire_time(messages));
   serve(exchange, pans ? pan_ : tilt_, messages);
   return static_cast<int>(messages.size());
+}
+
+void Head::restart(std::uint16_t slave, Time now) {
+  if (slave == wire::pan_slave) pan_.restart(now);
+  if (slave == wire::tilt_slave) tilt_.restart(now);
 }
 
 void Head::serve(Exchange& exchange, HeadController& controller,
@@ -60,10 +91,10 @@ void Head::serve(Exchange& exchange, HeadController& controller,
 
 /// Until it has read the family, a program cannot know that it owes a pause, so none is due for what it
 /// sends up to then, and for that read itself.
-void Head::judge_pause(Exchange& exchange) {
+void Head::judge_pause(Exchange& exchange, Time begun) {
   if (!ready_) return;
-  if (exchange.now < *ready_) {
-    const Time since = exchange.now - (*ready_ - vetra_pause);
+  if (begun < *ready_) {
+    const Time since = begun - (*ready_ - vetra_pause);
     exchange.violation("%lld us after the last transfer to the head, must be at least 2000",
                        static_cast<long long>(since.count() / 1000));
   }

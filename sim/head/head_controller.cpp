@@ -2,43 +2,38 @@
 
 #include <algorithm>
 
+#include "sim/head/head_scale.h"
+
 namespace kelvo::sim::camera {
 namespace {
 
 namespace vetra = wire::vetra;
 namespace tasmere = wire::tasmere;
 
-constexpr std::uint32_t tasmere_circle = 65'536;
-constexpr std::uint32_t common_range = 65'535;
-constexpr std::uint32_t vetra_circle = wire::vetra_full_step;
-
 // Full speed, in each of the three ways to say it.
 constexpr std::uint32_t vetra_full_speed = 7'200;
 constexpr std::uint32_t continuous_full_speed = 32'767;
 constexpr std::uint32_t absolute_full_speed = 24'575;
 
-// What the controllers answer that nobody sets: plausible, and no more.
-constexpr std::uint32_t vetra_version = 0x15;
-constexpr std::uint32_t tasmere_version = 0x00'00'03'00;
-constexpr std::uint32_t vetra_calibrated = 2;
-constexpr std::uint32_t vetra_at_rest = 4;
-constexpr std::uint32_t tasmere_calibrated = 1;
-constexpr std::uint32_t program_runs = 1;
-constexpr std::uint32_t temperature = 35;
+// The ramp that a controller has of its own: full speed in half a second.
+constexpr double own_ramp_seconds = 0.5;
+constexpr std::uint32_t ramp_parts = 10;  // a ramp's register counts tenths of a unit of speed
+
+constexpr double full_speed(std::uint32_t circle) {
+  return static_cast<double>(circle) / Axis::seconds_per_circle;
+}
+constexpr double own_ramp(std::uint32_t circle) { return full_speed(circle) / own_ramp_seconds; }
 
 constexpr std::uint32_t limited_travel = 2;
-constexpr std::size_t longest_value = 4;
 
-/// The common position in the middle of the range.
-constexpr std::uint32_t first_position(HeadFamily family, HeadAxis axis) {
-  if (family == HeadFamily::tasmere) return tasmere_circle / 2;
-  return vetra_circle / 2 + (axis == HeadAxis::tilt ? wire::vetra_tilt_offset : 0);
-}
-
-std::uint32_t number_in(std::span<const std::uint8_t> bytes) {
-  std::uint32_t number = 0;
-  for (const std::uint8_t byte : bytes) number = number << 8 | byte;
-  return number;
+/// The common position in the middle of the range, or another one.
+std::uint32_t first_position(HeadFamily family, HeadAxis axis, const Variety& variety) {
+  const std::uint32_t circle = family == HeadFamily::tasmere ? tasmere_circle : vetra_circle;
+  const bool shifted = family == HeadFamily::vetra && axis == HeadAxis::tilt;
+  const std::int64_t middle = circle / 2 + (shifted ? wire::vetra_tilt_offset : 0);
+  const auto number = static_cast<std::size_t>(axis);
+  const std::int64_t place = middle + variety.around(Subject::axis, number, circle / 2 - 1);
+  return static_cast<std::uint32_t>(place + circle) % circle;
 }
 
 std::uint32_t word(std::span<const std::uint8_t> data, std::size_t place) {
@@ -63,13 +58,14 @@ Speed absolute_speed(std::uint32_t word) {
 
 }  // namespace
 
-HeadController::HeadController(HeadFamily family, HeadAxis axis)
+HeadController::HeadController(HeadFamily family, HeadAxis axis, const Variety& variety)
     : family_(family),
       which_(axis),
       axis_(family == HeadFamily::vetra ? vetra_circle : tasmere_circle,
-            first_position(family, axis)),
+            first_position(family, axis, variety)),
       settings_(family),
-      saved_(family) {
+      saved_(family),
+      variety_(variety) {
   for (const FactorySetting& setting : factory_settings) {
     if (setting.family == family && setting.axis == axis) {
       saved_.set(setting.number, setting.value);
@@ -109,6 +105,8 @@ void HeadController::obey_vetra(Time now, std::uint8_t number, std::span<const s
     case vetra::stop: return axis_.halt(now);
     case vetra::set_limit_enable:
     case vetra::set_limits: return apply_limits(now);
+    case vetra::set_acceleration:
+    case vetra::set_deceleration: return apply_ramp();
     case vetra::reset: return restart(now);
     default: return;
   }
@@ -140,12 +138,32 @@ void HeadController::wake_up(Exchange& exchange) {
   asleep_ = false;
 }
 
-/// The axis stands still where it is.
+void HeadController::lose_power(Time now) {
+  axis_.freeze(now);
+  settings_ = RegisterFile(family_);
+}
+
 void HeadController::restart(Time now) {
-  axis_.halt(now);
+  axis_.freeze(now);
   settings_ = saved_;
   asleep_ = family_ == HeadFamily::tasmere && settings_.value(tasmere::set_power_up_sleep) != 0;
   apply_limits(now);
+  apply_ramp();
+}
+
+/// Only Vetra controllers can be told theirs.
+void HeadController::apply_ramp() {
+  if (family_ == HeadFamily::tasmere) {
+    axis_.set_ramp({own_ramp(tasmere_circle), own_ramp(tasmere_circle)});
+  } else {
+    axis_.set_ramp({ramp(vetra::set_acceleration), ramp(vetra::set_deceleration)});
+  }
+}
+
+double HeadController::ramp(std::uint8_t number) const {
+  const std::uint32_t value = settings_.value(number);
+  if (value == 0) return own_ramp(vetra_circle);
+  return value * full_speed(vetra_circle) / (ramp_parts * vetra_full_speed);
 }
 
 void HeadController::apply_limits(Time now) {
@@ -167,74 +185,6 @@ std::optional<Arc> HeadController::vetra_limits() const {
 std::optional<Arc> HeadController::tasmere_limits() const {
   if (settings_.value(tasmere::set_travel_mode) != limited_travel) return {};
   return Arc{settings_.value(tasmere::set_limit_start), settings_.value(tasmere::set_limit_length)};
-}
-
-void HeadController::read(Exchange& exchange, std::size_t length) const {
-  const std::uint8_t number = exchange.sent[0];
-  // Whoever does not know the family yet asks for it so, and a Tasmere controller has no answer.
-  if (family_ == HeadFamily::tasmere && number == vetra::family && which_ == HeadAxis::pan) return;
-  const wire::ControllerRegister* const row = settings_.find(number);
-  if (row == nullptr ||
-      (family_ == HeadFamily::vetra && number == vetra::family && which_ == HeadAxis::tilt)) {
-    return exchange.violation("there is no register %u", number);
-  }
-  const Reading* const reading = find_reading(family_, number);
-  if (row->access != wire::Access::r && reading == nullptr) {
-    return exchange.violation("register %u (%s) can only be written", number, row->name);
-  }
-  const bool as_four = reading != nullptr && reading->four_bytes && length == longest_value;
-  if (length != row->width && !as_four) {
-    return exchange.violation("%zu bytes read from register %u (%s), must be %u", length, number,
-                              row->name, row->width);
-  }
-  const std::uint32_t value = value_of(number, exchange.now);
-  for (std::size_t i = 0; i < row->width; ++i) {
-    exchange.reply[i] = static_cast<std::uint8_t>(value >> 8 * (row->width - 1 - i));
-  }
-}
-
-std::uint32_t HeadController::value_of(std::uint8_t number, Time now) const {
-  if (const Reading* const reading = find_reading(family_, number)) {
-    return settings_.value(reading->source);
-  }
-  return family_ == HeadFamily::vetra ? vetra_value(number, now) : tasmere_value(number, now);
-}
-
-std::uint32_t HeadController::vetra_value(std::uint8_t number, Time now) const {
-  switch (number) {
-    case vetra::version: return vetra_version;
-    case vetra::status: return vetra_calibrated | (axis_.moving(now) ? 0 : vetra_at_rest);
-    case vetra::position: return axis_.position(now);
-    case vetra::family: return number_in(wire::vetra_signature);
-    default: return 0;
-  }
-}
-
-std::uint32_t HeadController::tasmere_value(std::uint8_t number, Time now) const {
-  switch (number) {
-    case tasmere::calibration: return tasmere_calibrated;
-    case tasmere::run_status: return axis_.moving(now) ? 1 : 0;
-    case tasmere::position: return axis_.position(now);
-    case tasmere::version: return tasmere_version;
-    case tasmere::sleep_mode: return asleep_ ? 1 : 0;
-    case tasmere::temperature: return temperature;
-    case tasmere::program_state: return program_runs;
-    default: return 0;
-  }
-}
-
-std::uint32_t HeadController::common_position(Time now) const {
-  const std::uint32_t count = axis_.position(now);
-  const bool tilts = which_ == HeadAxis::tilt;
-  if (family_ == HeadFamily::vetra) {
-    const std::uint32_t zero = tilts ? wire::vetra_tilt_offset : 0;
-    const std::uint32_t below = (count + vetra_circle - zero) % vetra_circle;
-    const std::uint32_t rounding = tilts ? 0 : vetra_circle / 2;  // only pan is rounded
-    return ((vetra_circle - below) * common_range + rounding) / vetra_circle;
-  }
-  if (!tilts || settings_.value(tasmere::set_use_hall) != 1) return count;
-  constexpr std::uint32_t zero = wire::tilt_hall_offset;
-  return count >= zero ? count - zero : count + common_range - zero;
 }
 
 }  // namespace kelvo::sim::camera

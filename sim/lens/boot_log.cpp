@@ -22,12 +22,16 @@ void BootLog::attempt(Time begun, const LensSummary& lens) {
   ++boot->attempts;
 }
 
-BootRecord& BootLog::current(Time now) {
-  return total_ == 0 ? begin(now) : kept_[(total_ - 1) % capacity];
+BootRecord& BootLog::current(Time now) { return total_ == 0 || last().cut ? begin(now) : last(); }
+
+void BootLog::cut(const LensSummary& lens) {
+  if (total_ == 0 || last().cut) return;
+  last().cut = true;
+  last().lens = lens;
 }
 
 void BootLog::add_entries_at_risk(Parts& parts) {
-  if (total_ != 0) parts.add(std::as_writable_bytes(std::span(&current({}), 1)));
+  if (total_ != 0) parts.add(std::as_writable_bytes(std::span(&last(), 1)));
   parts.add(std::as_writable_bytes(std::span(&kept_[total_ % capacity], 1)));
 }
 

@@ -47,6 +47,7 @@ struct BootRecord {
   bool started = false;  // there was a start command
   bool runs = false;     // and a program to start
   bool settled = false;  // and a frame for it
+  bool cut = false;      // the power was cut
   LensModule module{};   // while a program runs
   std::uint16_t version = 0;
   std::uint32_t attempts = 0;
@@ -69,6 +70,8 @@ class BootLog {
 
   /// The controller was reset at `begun`: another attempt, or another boot.
   void attempt(Time begun, const LensSummary& lens);
+  /// The power is cut: whatever comes next begins another boot.
+  void cut(const LensSummary& lens);
   /// The boot that is under way; frames without any reset before them make one without attempts.
   BootRecord& current(Time now);
 
@@ -83,6 +86,7 @@ class BootLog {
 
  private:
   BootRecord& begin(Time begun);
+  BootRecord& last() { return kept_[(total_ - 1) % capacity]; }
 
   std::uint32_t total_ = 0;
   std::array<BootRecord, capacity> kept_{};

@@ -12,6 +12,14 @@ constexpr Time time_of_run(wire::LensModule module) {
   return module == wire::LensModule::de015 ? std::chrono::seconds(12) : std::chrono::seconds(8);
 }
 
+/// From one end to the other and back, in two seconds.
+std::uint16_t swept_between(std::uint16_t low, std::uint16_t high, Time time) {
+  constexpr Time there = std::chrono::seconds(1);
+  const Time phase = time % (2 * there);
+  const Time rising = phase < there ? phase : 2 * there - phase;
+  return static_cast<std::uint16_t>(low + (high - low) * rising.count() / there.count());
+}
+
 }  // namespace
 
 void CalibrationRun::obey(std::uint8_t command, Time now, const CommandValues& values) {
@@ -26,6 +34,16 @@ void CalibrationRun::settle(wire::LensModule module, Time now, CommandValues& va
   if (state_ != State::running || now - started_ < time_of_run(module)) return;
   state_ = State::finished;
   store_measured(module, values);
+}
+
+std::optional<std::array<std::uint16_t, 2>> CalibrationRun::swept(wire::LensModule module,
+                                                                  Time now) const {
+  namespace commands = wire::command;
+  if (state_ != State::running || now - started_ >= time_of_run(module)) return {};
+  return std::array{swept_between(measured(module, commands::travel_min_x),
+                                  measured(module, commands::travel_max_x), now - started_),
+                    swept_between(measured(module, commands::travel_min_y),
+                                  measured(module, commands::travel_max_y), now - started_)};
 }
 
 std::optional<std::uint32_t> CalibrationRun::answer(std::uint8_t query) const {

@@ -1,6 +1,7 @@
 #ifndef KELVO_SIM_LENS_CALIBRATION_RUN_H
 #define KELVO_SIM_LENS_CALIBRATION_RUN_H
 
+#include <array>
 #include <cstdint>
 #include <optional>
 
@@ -18,6 +19,9 @@ class CalibrationRun {
   void obey(std::uint8_t command, Time now, const CommandValues& values);
   /// Stores what the run has measured, when it is over.
   void settle(wire::LensModule module, Time now, CommandValues& values);
+
+  /// What the Hall sensors see while it runs: the lens, or the iris, goes through its travel.
+  std::optional<std::array<std::uint16_t, 2>> swept(wire::LensModule module, Time now) const;
 
   /// The answer to the query for the state or the error code; nothing for any other query.
   std::optional<std::uint32_t> answer(std::uint8_t query) const;

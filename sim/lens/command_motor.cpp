@@ -2,13 +2,17 @@
 
 namespace kelvo::sim::camera {
 
+bool driven(const MotorCommands& commands, const CommandValues& values) {
+  return values[commands.enable] != 0 && values[commands.drive] != commands.holds;
+}
+
 void obey(const MotorCommands& commands, Time now, std::uint8_t code, const CommandValues& values,
           Stepper& motor) {
-  const bool driven = values[commands.enable] != 0 && values[commands.drive] != commands.holds;
+  const bool has_current = driven(commands, values);
   const bool coils = code == commands.enable || code == commands.drive;
-  if (coils && !driven) motor.halt(now);
+  if (coils && !has_current) motor.halt(now);
   if (code != commands.start) return;
-  if (values[commands.start] == 0 || !driven) {
+  if (values[commands.start] == 0 || !has_current) {
     motor.halt(now);
     return;
   }

@@ -32,6 +32,9 @@ inline constexpr MotorCommands zoom3_commands{
     wire::command::zoom3_enable,    wire::command::zoom3_start,
     wire::zoom3_drive_off,          8'000'000'000};
 
+/// Whether the motor's coils have current that moves it.
+bool driven(const MotorCommands& commands, const CommandValues& values);
+
 /// Tells the motor of a command's new value: it moves from the start command, if its coils are energised
 /// and driven with more than what holds, and halts when they are not, or when the start is taken back.
 void obey(const MotorCommands& commands, Time now, std::uint8_t code, const CommandValues& values,

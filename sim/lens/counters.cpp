@@ -1,5 +1,8 @@
 #include "sim/lens/counters.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "wire/lens_program.h"
 #include "wire/motor_channels.h"
 
@@ -64,6 +67,11 @@ std::optional<std::uint32_t> Counters::answer(std::uint8_t query, const MotorSta
     if (row.number == query) return counted(row.output, motors);
   }
   return std::nullopt;
+}
+
+bool Counters::has(std::uint8_t reg) {
+  return std::any_of(std::begin(count_registers), std::end(count_registers),
+                     [&](const Row& row) { return row.number == reg; });
 }
 
 std::optional<std::uint16_t> Counters::read(std::uint8_t reg, const MotorStates& motors) const {

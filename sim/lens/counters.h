@@ -25,6 +25,8 @@ class Counters {
 
   /// The answer to a query for a counter, 32 bits; nothing for any other query.
   std::optional<std::uint32_t> answer(std::uint8_t query, const MotorStates& motors) const;
+  /// Whether this is a channel's counter register.
+  static bool has(std::uint8_t reg);
   /// A channel's counter register, by its low 16 bits; nothing for any other register.
   std::optional<std::uint16_t> read(std::uint8_t reg, const MotorStates& motors) const;
 

@@ -11,8 +11,18 @@ const char* name_of(FilterPlace place) {
   return "";
 }
 
+void FilterCoil::fit(FilterPlace place) {
+  *this = FilterCoil{};
+  place_ = place;
+}
+
+void FilterCoil::connect(Time now, bool connected) {
+  release(now);
+  connected_ = connected;
+}
+
 void FilterCoil::drive(Time now, FilterPlace towards) {
-  if (driven_ && towards_ == towards) return;
+  if (!connected_ || (driven_ && towards_ == towards)) return;
   release(now);
   driven_ = true;
   towards_ = towards;

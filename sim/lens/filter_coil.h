@@ -18,12 +18,18 @@ class FilterCoil {
  public:
   static constexpr Time throw_time = std::chrono::milliseconds(100);
 
+  /// Another filter takes this one's place.
+  void fit(FilterPlace place);
+  /// Whether the filter is where the coil's current comes out; if not, it stays as it is.
+  void connect(Time now, bool connected);
+
   void drive(Time now, FilterPlace towards);
   void release(Time now);
 
   FilterPlace place(Time now) const;
 
  private:
+  bool connected_ = true;
   bool driven_ = false;
   FilterPlace towards_ = FilterPlace::off;
   Time since_{};

@@ -42,22 +42,56 @@ FrameKind LensController::receive_running(Exchange& exchange, Pt5111& pt5111) {
   return program_.receive(exchange, pt5111);
 }
 
-void LensController::start(const Exchange& exchange, BootRecord& boot, Pt5111& pt5111) {
+void LensController::start(Exchange& exchange, BootRecord& boot, Pt5111& pt5111) {
   const std::optional<LensModule> module = boot_loader_.complete_module();
   boot.started = true;
   boot.up = exchange.now;
   boot.runs = module.has_value();
   state_ = module ? State::running : State::dead;
   if (!module) return;
-  // Another module's program means that another lens has been put on.
-  if (!fitted_ || program_.module() != *module) {
-    program_.fit(*module);
-    pt5111.fit(*module);
-    fitted_ = true;
+  // Another module's program means that another lens has been put on, where none stays.
+  if (!lens_ && (!fitted_ || program_.module() != *module)) put_on(*module, pt5111);
+  const LensModule lens = lens_.value_or(*module);
+  const bool belongs = lens == *module;
+  if (!belongs) {
+    exchange.violation("%s's program is started, and the lens is %s: nothing moves",
+                       name_of(*module), name_of(lens));
   }
+  program_.connect(exchange.now, belongs);
+  pt5111.connect(exchange.now, belongs);
   program_.start(*module, exchange.now, pt5111);
-  boot.module = *module;
+  note_program(boot);
+}
+
+void LensController::put_on(LensModule module, Pt5111& pt5111) {
+  program_.fit(module, variety_);
+  pt5111.fit(module, variety_);
+  fitted_ = true;
+}
+
+void LensController::note_program(BootRecord& boot) const {
+  boot.module = program_.module();
   boot.version = program_.version();
+}
+
+void LensController::fit(LensModule module, Time now, BootRecord& boot, Pt5111& pt5111) {
+  lens_ = module;
+  put_on(module, pt5111);
+  program_.start(module, now, pt5111);
+  program_.finish_boot();
+  if (module == LensModule::df033) pt5111.put_filter(FilterPlace::on);
+  state_ = State::running;
+  boot.up = now;
+  boot.started = true;
+  boot.runs = true;
+  boot.settled = true;
+  note_program(boot);
+}
+
+void LensController::lose_power(Time now, Pt5111& pt5111) {
+  state_ = State::reset;
+  pt5111.lose_power(now);
+  program_.forget(now, pt5111);
 }
 
 void LensController::hold_in_reset(Time now) {
@@ -68,6 +102,11 @@ void LensController::hold_in_reset(Time now) {
 void LensController::release_from_reset() {
   state_ = State::boot_loader;
   boot_loader_.reset();
+}
+
+std::optional<LensModule> LensController::motors_of() const {
+  if (lens_) return lens_;
+  return fitted_ ? program_.module() : std::optional<LensModule>();
 }
 
 std::optional<LensModule> LensController::module() const {

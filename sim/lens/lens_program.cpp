@@ -82,6 +82,8 @@ void LensProgram::command(Exchange& exchange, Pt5111& pt5111) {
       sensors_.obey(exchange, module_);
       stabiliser_.obey(code, values_);
       calibration_.obey(code, exchange.now, values_);
+      iris_.obey(code, exchange.now, values_);
+      if (code == commands::heater) heater_.set(exchange.now, exchange.sent[4]);
       break;
   }
 }
@@ -122,28 +124,84 @@ std::uint32_t LensProgram::answer(Exchange& exchange, const Pt5111& pt5111) cons
   if (code == queries::read_register || code == queries::read_register_de) {
     return read_register(exchange, states);
   }
-  const SensorView view{module_, exchange.now, states, motor_block_.read(wire::interrupter_supply),
-                        pt5111.interrupter_supplied()};
   for (const std::optional<std::uint32_t> value :
        {running_answer(code, states), counters_.answer(code, states),
-        sensors_.answer(code, argument_of(exchange), view),
-        stabiliser_.answer(code, exchange.now, values_), calibration_.answer(code)}) {
+        sensors_.answer(code, argument_of(exchange), view(exchange.now, states, pt5111)),
+        calibration_.answer(code), loop_answer(code, exchange.now)}) {
     if (value) return *value;
   }
   return read_back(code, values_).value_or(0);
 }
 
+/// What the sensors of the loops see: those of a stabiliser, or the Hall sensor of an iris alone.
+std::optional<std::uint32_t> LensProgram::loop_answer(std::uint8_t query, Time now) const {
+  const Stabiliser::HallValues swept = calibration_.swept(module_, now);
+  if (module_ == LensModule::de015) {
+    return stabiliser_.answer(query, {now, values_, swept, variety_});
+  }
+  const std::uint16_t seen = swept ? (*swept)[0] : iris_.hall(now);
+  const std::uint16_t hall =
+      noisy(seen, variety_.noise(Subject::hall, 0, now, Stabiliser::hall_noise));
+  return stabiliser_.answer(query, {now, values_, {{hall, 0}}, variety_});
+}
+
 std::uint32_t LensProgram::read_register(Exchange& exchange, const MotorStates& motors) const {
   const std::uint8_t reg = argument_of(exchange);
-  if (!MotorBlock::has(reg)) {
+  const std::optional<std::uint16_t> value = register_value(reg, motors);
+  if (!value) {
     exchange.violation("register %d is not in the map", reg);
     return 0;
   }
-  if (const auto count = counters_.read(reg, motors)) {
-    return exchange.sent[0] == queries::read_register_de ? folded(*count) : *count;
-  }
-  if (const auto status = status_register(reg, motors)) return *status;
+  const bool folds = exchange.sent[0] == queries::read_register_de && Counters::has(reg);
+  return folds ? folded(*value) : *value;
+}
+
+std::optional<std::uint16_t> LensProgram::register_value(std::uint8_t reg,
+                                                         const MotorStates& motors) const {
+  if (!MotorBlock::has(reg)) return {};
+  if (const auto count = counters_.read(reg, motors)) return count;
+  if (const auto status = status_register(reg, motors)) return status;
   return motor_block_.read(reg);
+}
+
+const Stepper& LensProgram::motor(Output output, const Pt5111& pt5111) const {
+  switch (output) {
+    case Output::zoom1_block: return zoom1_;
+    case Output::zoom3_block: return zoom3_;
+    case Output::focus_channel: return motor_block_.focus();
+    case Output::zoom_channel: return motor_block_.zoom();
+    case Output::pt5111_a: return pt5111.motor_a();
+    case Output::pt5111_b: break;
+  }
+  return pt5111.motor_b();
+}
+
+bool LensProgram::energised(Output output, const Pt5111& pt5111) const {
+  if (output == Output::zoom1_block) return driven(zoom1_commands, values_);
+  if (output == Output::zoom3_block) return driven(zoom3_commands, values_);
+  const bool of_chip = output == Output::pt5111_a || output == Output::pt5111_b;
+  return of_chip ? pt5111.energised(output) : motor_block_.energised(output);
+}
+
+std::optional<Sensors::Interrupter> LensProgram::interrupter(int sensor, Time now,
+                                                             const Pt5111& pt5111) const {
+  const MotorStates states = motors(now, pt5111);
+  return sensors_.interrupter(sensor, view(now, states, pt5111));
+}
+
+std::uint16_t LensProgram::converter(std::uint8_t channel, Time now, const Pt5111& pt5111) const {
+  const MotorStates states = motors(now, pt5111);
+  return Sensors::converted(channel, view(now, states, pt5111));
+}
+
+SensorView LensProgram::view(Time now, const MotorStates& motors, const Pt5111& pt5111) const {
+  return {module_,
+          now,
+          motors,
+          motor_block_.read(wire::interrupter_supply),
+          pt5111.interrupter_supplied(),
+          heater_.warmth(now),
+          variety_};
 }
 
 std::uint16_t LensProgram::version() const {
@@ -169,22 +227,55 @@ MotorStates LensProgram::motors(Time now, const Pt5111& pt5111) const {
 void LensProgram::start(LensModule module, Time now, const Pt5111& pt5111) {
   module_ = module;
   values_ = own_values();
-  counters_.clear(motors(now, pt5111));
-  sensors_ = {};
-  stabiliser_ = {};
-  calibration_ = {};
+  forget_state(now, pt5111);
 }
 
 void LensProgram::stop(Time now) {
   motor_block_.reset(now);
   zoom1_.halt(now);
   zoom3_.halt(now);
+  heater_.set(now, 0);
+  iris_.release(now, low_word(own_values()[commands::hall_offset_x]));
 }
 
-void LensProgram::fit(LensModule module) {
-  motor_block_.fit(module);
-  zoom1_.fit(end_stop(module, Output::zoom1_block));
-  zoom3_.fit(end_stop(module, Output::zoom3_block));
+void LensProgram::forget(Time now, const Pt5111& pt5111) {
+  stop(now);
+  values_ = {};
+  forget_state(now, pt5111);
+}
+
+void LensProgram::forget_state(Time now, const Pt5111& pt5111) {
+  heater_.set(now, 0);
+  iris_.release(now, low_word(own_values()[commands::hall_offset_x]));
+  counters_.clear(motors(now, pt5111));
+  sensors_ = {};
+  stabiliser_ = {};
+  calibration_ = {};
+}
+
+void LensProgram::fit(LensModule module, const Variety& variety) {
+  variety_ = variety;
+  heater_ = {};
+  iris_.fit(low_word(own_values()[commands::hall_offset_x]));
+  motor_block_.fit(module, variety);
+  fit_motor(zoom1_, module, Output::zoom1_block, variety);
+  fit_motor(zoom3_, module, Output::zoom3_block, variety);
+}
+
+void LensProgram::connect(Time now, bool connected) {
+  motor_block_.connect(now, connected);
+  zoom1_.connect(now, connected);
+  zoom3_.connect(now, connected);
+}
+
+void LensProgram::finish_boot() {
+  if (wire::find(commands::table, commands::loop_ready, module_) == nullptr) return;
+  values_[commands::loop_ready] = 1;
+}
+
+Stepper* LensProgram::motor(Output output) {
+  if (output == Output::zoom1_block) return &zoom1_;
+  return output == Output::zoom3_block ? &zoom3_ : motor_block_.motor(output);
 }
 
 }  // namespace kelvo::sim::camera

@@ -32,6 +32,8 @@ LensSummary summarise(const LensProgram& program, const Pt5111& pt5111, Time now
   summary.filter = filter_of(program, pt5111, now);
   summary.stabiliser_on = program.stabiliser_on();
   summary.iris_target = low_word(program.value(wire::command::dc_iris));
+  summary.iris = program.iris(now);
+  summary.warmth = program.warmth(now);
   summary.heater = static_cast<std::uint8_t>(program.value(wire::command::heater));
   return summary;
 }

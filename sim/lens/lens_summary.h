@@ -18,6 +18,8 @@ struct LensSummary {
   FilterPlace filter = FilterPlace::off;
   bool stabiliser_on = false;
   std::uint16_t iris_target = 0;
+  std::uint16_t iris = 0;    // where a DC iris is, as its Hall sensor sees it
+  std::uint16_t warmth = 0;  // of the heater, in counts of the converter
   std::uint8_t heater = 0;
 };
 

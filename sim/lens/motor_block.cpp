@@ -127,10 +127,27 @@ void MotorBlock::reset(Time now) {
   filter_.release(now);
 }
 
-void MotorBlock::fit(LensModule module) {
-  focus_.fit(end_stop(module, Output::focus_channel));
-  zoom_.fit(end_stop(module, Output::zoom_channel));
-  filter_ = {};
+void MotorBlock::fit(LensModule module, const Variety& variety) {
+  fit_motor(focus_, module, Output::focus_channel, variety);
+  fit_motor(zoom_, module, Output::zoom_channel, variety);
+  filter_.fit(first_filter_place(variety));
+}
+
+void MotorBlock::connect(Time now, bool connected) {
+  focus_.connect(now, connected);
+  zoom_.connect(now, connected);
+  filter_.connect(now, connected);
+}
+
+bool MotorBlock::energised(Output output) const {
+  const MotorChannel& channel =
+      output == Output::focus_channel ? wire::focus_channel : wire::zoom_channel;
+  return !is_off(read(channel.current));
+}
+
+Stepper* MotorBlock::motor(Output output) {
+  if (output == Output::focus_channel) return &focus_;
+  return output == Output::zoom_channel ? &zoom_ : nullptr;
 }
 
 }  // namespace kelvo::sim::camera

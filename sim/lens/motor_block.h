@@ -6,6 +6,7 @@
 
 #include "sim/common/exchange.h"
 #include "sim/lens/filter_coil.h"
+#include "sim/lens/first_places.h"
 #include "sim/lens/stepper.h"
 #include "sim/lens/wiring.h"
 
@@ -30,7 +31,15 @@ class MotorBlock {
 
   /// The controller loses its registers, and the motors stop where they are.
   void reset(Time now);
-  void fit(LensModule module);
+  void fit(LensModule module, const Variety& variety);
+  /// Whether the lens that hangs on it is the one that it drives.
+  void connect(Time now, bool connected);
+
+  /// The motor at one of its two outputs, or null.
+  Stepper* motor(Output output);
+
+  /// Whether the coils of the motor at one of its two outputs have current.
+  bool energised(Output output) const;
 
   const Stepper& focus() const { return focus_; }
   const Stepper& zoom() const { return zoom_; }

@@ -79,11 +79,18 @@ CommandValues own_values() {
   return values;
 }
 
-void store_measured(wire::LensModule module, CommandValues& values) {
+std::uint16_t measured(wire::LensModule module, std::uint8_t command) {
   const bool stabiliser = module == wire::LensModule::de015;
   for (const Measured& row : measured_settings) {
+    if (row.code == command) return stabiliser ? row.stabiliser : row.iris;
+  }
+  return 0;
+}
+
+void store_measured(wire::LensModule module, CommandValues& values) {
+  for (const Measured& row : measured_settings) {
     if (wire::find(commands::table, row.code, module) == nullptr) continue;
-    values[row.code] = stabiliser ? row.stabiliser : row.iris;
+    values[row.code] = measured(module, row.code);
   }
 }
 

@@ -22,6 +22,9 @@ CommandValues own_values();
 /// What a calibration run finds: a unit in good order, and unlike the program's own values.
 void store_measured(wire::LensModule module, CommandValues& values);
 
+/// The value of a setting that a calibration run finds; 0 where it finds none.
+std::uint16_t measured(wire::LensModule module, std::uint8_t command);
+
 /// The answer to a query that reads a setting back, or a measured noise; nothing for any other query.
 std::optional<std::uint32_t> read_back(std::uint8_t query, const CommandValues& values);
 

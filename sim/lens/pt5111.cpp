@@ -51,11 +51,18 @@ void Pt5111::receive(Time now, std::uint16_t word) {
   if (reg == run_b) control(now, motor_b_, words::motor_b, value);
   if (reg == run_b && filter_on_b_) pulse(now, value);
   if (reg == drive_a && value == drive_off_value) motor_a_.halt(now);
-  if (reg == power_register && !powered()) {
-    motor_a_.halt(now);
-    motor_b_.halt(now);
-    filter_.release(now);
-  }
+  if (reg == power_register && !powered()) stop(now);
+}
+
+void Pt5111::stop(Time now) {
+  motor_a_.halt(now);
+  motor_b_.halt(now);
+  filter_.release(now);
+}
+
+void Pt5111::lose_power(Time now) {
+  stop(now);
+  registers_ = {};
 }
 
 void Pt5111::pulse(Time now, std::uint16_t value) {
@@ -84,11 +91,27 @@ void Pt5111::control(Time now, Stepper& motor, std::uint16_t base, std::uint16_t
   motor.start(now, {backward ? Direction::backward : Direction::forward, counts, 1, rate});
 }
 
-void Pt5111::fit(LensModule module) {
-  motor_a_.fit(end_stop(module, Output::pt5111_a));
-  motor_b_.fit(end_stop(module, Output::pt5111_b));
-  filter_ = {};
+void Pt5111::fit(LensModule module, const Variety& variety) {
+  fit_motor(motor_a_, module, Output::pt5111_a, variety);
+  fit_motor(motor_b_, module, Output::pt5111_b, variety);
+  filter_.fit(first_filter_place(variety));
   filter_on_b_ = module == LensModule::df033;
+}
+
+void Pt5111::connect(Time now, bool connected) {
+  motor_a_.connect(now, connected);
+  motor_b_.connect(now, connected);
+  filter_.connect(now, connected);
+}
+
+bool Pt5111::energised(Output output) const {
+  const std::uint16_t base = output == Output::pt5111_a ? words::motor_a : words::motor_b;
+  return powered() && field(base, words::drive_a) != drive_off_value;
+}
+
+Stepper* Pt5111::motor(Output output) {
+  if (output == Output::pt5111_a) return &motor_a_;
+  return output == Output::pt5111_b ? &motor_b_ : nullptr;
 }
 
 }  // namespace kelvo::sim::camera

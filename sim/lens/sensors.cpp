@@ -37,12 +37,19 @@ constexpr Service services[] = {
 };
 
 // The converter's channels: temperature, supply, reference, nothing connected.
-constexpr std::array<std::uint16_t, 4> channels{0x0A3C, 0x07E1, 0x0C58, 0x0004};
+constexpr std::array<std::uint16_t, Sensors::converter_channels> channels{0x0A3C, 0x07E1, 0x0C58,
+                                                                          0x0004};
+
+constexpr std::uint8_t temperature_channel = 0;
+
+// What a camera with a seed sees too much or too little at most.
+constexpr std::int64_t converter_noise = 4;
+constexpr std::int64_t level_noise = 25;
 
 constexpr std::uint16_t level_interrupted = 2600;
 constexpr std::uint16_t level_clear = 310;
-static_assert(level_clear <= wire::interrupted_level &&
-              level_interrupted > wire::interrupted_level);
+static_assert(level_clear + level_noise <= wire::interrupted_level &&
+              level_interrupted - level_noise > wire::interrupted_level);
 
 constexpr bool sensors_fit() {
   return std::all_of(wiring.begin(), wiring.end(), [](const Wire& wire) {
@@ -94,12 +101,18 @@ bool Sensors::calibrated(int sensor, Time now) const {
 }
 
 std::uint16_t Sensors::level(std::uint8_t argument, const SensorView& view) const {
-  if (converted_at_) {
-    return argument < channels.size() && view.now >= *converted_at_ ? channels[argument] : 0;
-  }
+  if (converted_at_) return view.now >= *converted_at_ ? converted(argument, view) : 0;
   const Wire* const wire = find_sensor(view.module, argument);
   if (view.module != LensModule::de015 || wire == nullptr || !supplied(*wire, view)) return 0;
-  return interrupted(*wire, view) ? level_interrupted : level_clear;
+  const std::uint16_t seen = interrupted(*wire, view) ? level_interrupted : level_clear;
+  return noisy(seen, view.variety.noise(Subject::interrupter, argument, view.now, level_noise));
+}
+
+std::uint16_t Sensors::converted(std::uint8_t channel, const SensorView& view) {
+  if (channel >= channels.size()) return 0;
+  const std::uint16_t warmth = channel == temperature_channel ? view.warmth : 0;
+  return noisy(static_cast<std::uint16_t>(channels[channel] + warmth),
+               view.variety.noise(Subject::converter, channel, view.now, converter_noise));
 }
 
 std::uint16_t Sensors::offset(const Wire* wire, Time now) const {
@@ -111,6 +124,13 @@ std::uint16_t Sensors::offset_of(Output output, const SensorView& view) const {
     if (wire.module == view.module && wire.output == output) return offset(&wire, view.now);
   }
   return 0;
+}
+
+std::optional<Sensors::Interrupter> Sensors::interrupter(int sensor, const SensorView& view) const {
+  const Wire* const wire = find_sensor(view.module, sensor);
+  if (wire == nullptr) return {};
+  return Interrupter{supplied(*wire, view), interrupted(*wire, view), calibrated(sensor, view.now),
+                     offset(wire, view.now)};
 }
 
 std::optional<std::uint32_t> Sensors::answer(std::uint8_t query, std::uint8_t argument,

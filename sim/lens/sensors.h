@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "sim/common/exchange.h"
+#include "sim/common/variety.h"
 #include "sim/lens/motor_states.h"
 
 namespace kelvo::sim::camera {
@@ -17,6 +18,8 @@ struct SensorView {
   const MotorStates& motors;
   std::uint16_t supply;  // the register of the photo-interrupters' supply
   bool pt5111_supply;    // of the one at the PT5111
+  std::uint16_t warmth;  // of the heater, as the converter sees it
+  const Variety& variety;
 };
 
 /// The photo-interrupters and the analogue converter, which share commands and a query.
@@ -32,6 +35,18 @@ class Sensors {
   /// A command that asks for a service.
   void obey(Exchange& exchange, LensModule module);
   void supply_written() { converted_at_.reset(); }
+
+  /// What a photo-interrupter does; nothing where there is none.
+  struct Interrupter {
+    bool supplied;
+    bool interrupted;
+    bool calibrated;
+    std::uint16_t offset;
+  };
+  std::optional<Interrupter> interrupter(int sensor, const SensorView& view) const;
+  /// What a channel of the converter gives when it is asked.
+  static constexpr std::uint8_t converter_channels = 4;
+  static std::uint16_t converted(std::uint8_t channel, const SensorView& view);
 
   /// The answer to a query about sensors; nothing for any other query.
   std::optional<std::uint32_t> answer(std::uint8_t query, std::uint8_t argument,

@@ -14,20 +14,24 @@ constexpr Time repeat = std::chrono::seconds(8);
 constexpr Time steady = std::chrono::seconds(6);  // at the beginning of each repetition
 constexpr std::int64_t tremor = 24;               // greatest swing of a gyro
 constexpr std::int64_t shake = 600;
+constexpr std::int64_t own_gain =
+    0x1000;  // of the program's, with which the lens makes up for the swing
 
 struct Axis {
   std::uint8_t gyro_zero;
   std::uint8_t hall_offset;
   std::uint8_t travel_min;
   std::uint8_t travel_max;
+  std::uint8_t gyro_gain;
+  std::uint8_t range;
   Time swing;  // there and back
 };
 
 constexpr std::array axes{
     Axis{commands::gyro_zero_x, commands::hall_offset_x, commands::travel_min_x,
-         commands::travel_max_x, milliseconds(400)},
+         commands::travel_max_x, commands::gyro_gain_x, commands::range_x, milliseconds(400)},
     Axis{commands::gyro_zero_y, commands::hall_offset_y, commands::travel_min_y,
-         commands::travel_max_y, milliseconds(500)},
+         commands::travel_max_y, commands::gyro_gain_y, commands::range_y, milliseconds(500)},
 };
 
 std::int64_t greatest_swing(Time now) { return now % repeat < steady ? tremor : shake; }
@@ -42,8 +46,11 @@ std::int64_t swing(const Axis& axis, Time now) {
   return greatest_swing(now) * rising / quarter;
 }
 
-std::uint16_t gyro(const Axis& axis, Time now, const CommandValues& values) {
-  return low_word(values[axis.gyro_zero] + static_cast<std::uint32_t>(swing(axis, now)));
+std::uint16_t gyro(std::size_t axis, const Stabiliser::View& view) {
+  const Axis& row = axes[axis];
+  const auto seen =
+      low_word(view.values[row.gyro_zero] + static_cast<std::uint32_t>(swing(row, view.now)));
+  return noisy(seen, view.variety.noise(Subject::gyro, axis, view.now, Stabiliser::gyro_noise));
 }
 
 std::uint32_t pair(std::uint16_t first, std::uint16_t second) {
@@ -60,24 +67,28 @@ void Stabiliser::obey(std::uint8_t command, CommandValues& values) {
   values[commands::range_y] = values[command];
 }
 
-std::uint16_t Stabiliser::hall(std::size_t axis, Time now, const CommandValues& values) const {
+std::uint16_t Stabiliser::hall(std::size_t axis, const View& view) const {
+  if (view.hall) return (*view.hall)[axis];
   const Axis& row = axes[axis];
-  const auto rest = static_cast<std::int64_t>(low_word(values[row.hall_offset]));
-  if (!on_ || values[commands::stabiliser_pause] != 0) return low_word(values[row.hall_offset]);
+  const CommandValues& values = view.values;
+  const std::int64_t noise = view.variety.noise(Subject::hall, axis, view.now, hall_noise);
+  const std::uint16_t rest = low_word(values[row.hall_offset]);
+  const bool moves = on_ && values[commands::stabiliser_pause] == 0 && values[row.range] != 0;
+  if (!moves) return noisy(rest, noise);
+  const std::int64_t way = swing(row, view.now) * values[row.gyro_gain] / own_gain;
   const std::int64_t low = low_word(values[row.travel_min]);
   const std::int64_t high = std::max<std::int64_t>(low, low_word(values[row.travel_max]));
-  return static_cast<std::uint16_t>(std::clamp(rest - swing(row, now), low, high));
+  return noisy(static_cast<std::uint16_t>(std::clamp(rest - way, low, high)), noise);
 }
 
-std::optional<std::uint32_t> Stabiliser::answer(std::uint8_t query, Time now,
-                                                const CommandValues& values) const {
+std::optional<std::uint32_t> Stabiliser::answer(std::uint8_t query, const View& view) const {
   switch (query) {
-    case queries::hall_xy: return pair(hall(0, now, values), hall(1, now, values));
-    case queries::hall_x: return hall(0, now, values);
-    case queries::hall_y: return hall(1, now, values);
-    case queries::gyro_xy: return pair(gyro(axes[0], now, values), gyro(axes[1], now, values));
+    case queries::hall_xy: return pair(hall(0, view), hall(1, view));
+    case queries::hall_x: return hall(0, view);
+    case queries::hall_y: return hall(1, view);
+    case queries::gyro_xy: return pair(gyro(0, view), gyro(1, view));
     case queries::gyro_stable:
-      return greatest_swing(now) <= low_word(values[commands::gyro_stability]) ? 1 : 0;
+      return greatest_swing(view.now) <= low_word(view.values[commands::gyro_stability]) ? 1 : 0;
     default: return std::nullopt;
   }
 }

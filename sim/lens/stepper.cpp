@@ -17,9 +17,22 @@ Time time_of(const Move& move) {
 
 }  // namespace
 
-void Stepper::fit(std::int32_t end_stop) {
+void Stepper::fit(std::int32_t end_stop, std::int32_t position) {
   *this = Stepper{};
   end_stop_ = end_stop;
+  origin_ = position;
+}
+
+void Stepper::connect(Time now, bool connected) {
+  halt(now);
+  connected_ = connected;
+}
+
+void Stepper::push(Time now, std::int32_t counts) {
+  const std::int64_t pushed = std::int64_t{place(now)} + counts;
+  const std::int64_t driven = connected_ ? made(now) : 0;
+  origin_ =
+      static_cast<std::int32_t>(std::clamp<std::int64_t>(pushed, -end_stop_, end_stop_) - driven);
 }
 
 void Stepper::start(Time now, const Move& move) {
@@ -31,7 +44,7 @@ void Stepper::start(Time now, const Move& move) {
 
 void Stepper::halt(Time now) {
   driven_before_ = driven(now);
-  origin_ = position(now);
+  origin_ = place(now);
   move_ = {};
   duration_ = Time::zero();
 }
@@ -48,9 +61,23 @@ std::int64_t Stepper::made(Time now) const {
   return move_.direction == Direction::forward ? counts : -counts;
 }
 
-std::int32_t Stepper::position(Time now) const {
+std::int32_t Stepper::place(Time now) const {
+  const std::int64_t driven = connected_ ? made(now) : 0;
   return static_cast<std::int32_t>(
-      std::clamp<std::int64_t>(origin_ + made(now), -end_stop_, end_stop_));
+      std::clamp<std::int64_t>(origin_ + driven, -end_stop_, end_stop_));
+}
+
+std::int32_t Stepper::position(Time now) const { return connected_ ? place(now) : 0; }
+
+std::int32_t Stepper::target(Time now) const {
+  return position(std::max(now, started_ + duration_));
+}
+
+double Stepper::rate(Time now) const {
+  if (!running(now)) return 0;
+  constexpr double second = 1e9;
+  return second * static_cast<double>(move_.rate.ticks) /
+         (static_cast<double>(move_.rate.nanoseconds) * move_.ticks_per_count);
 }
 
 std::uint32_t Stepper::driven(Time now) const {

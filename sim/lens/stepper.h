@@ -37,23 +37,37 @@ struct Move {
 /// move comes k periods after its start. A count that a halt cuts short is not made.
 class Stepper {
  public:
-  /// Another motor takes this one's place, in the middle of its travel: position 0, with an end stop
-  /// so many counts away on either side. Without travel there is no motor.
-  void fit(std::int32_t end_stop);
+  /// Another motor takes this one's place, with an end stop so many counts from the middle of its travel on
+  /// either side; position 0 is the middle. Without travel there is no motor.
+  void fit(std::int32_t end_stop, std::int32_t position = 0);
+  /// Whether the motor is at the output that drives it. One that is not stays where it is, and nobody sees
+  /// it: the position is 0.
+  void connect(Time now, bool connected);
+  /// Somebody turns it by so many counts, up to the end stops, whatever it does.
+  void push(Time now, std::int32_t counts);
+
+  /// Whether there is a motor.
+  bool present() const { return end_stop_ != 0; }
 
   void start(Time now, const Move& move);
   void halt(Time now);
 
   bool running(Time now) const { return now - started_ < duration_; }
   std::int32_t position(Time now) const;
+  /// Where the move that is going on ends; without one, where it stands.
+  std::int32_t target(Time now) const;
+  /// Counts a second; 0 at rest.
+  double rate(Time now) const;
   /// Counts that have been driven, forward less backward, whether or not the motor could follow.
   std::uint32_t driven(Time now) const;
 
  private:
   std::int64_t made(Time now) const;
+  std::int32_t place(Time now) const;
 
   std::int32_t end_stop_ = 0;
-  std::int32_t origin_ = 0;          // position at the start of the move
+  std::int32_t origin_ = 0;  // position at the start of the move
+  bool connected_ = true;
   std::uint32_t driven_before_ = 0;  // by earlier moves
   Time started_{};
   Time duration_{};  // from the start to the last tick

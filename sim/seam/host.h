@@ -22,7 +22,17 @@ namespace kelvo::sim {
 enum class Device : std::uint8_t { none, spi_renesas, spi_pt5111, i2c_2 };
 
 /// The libc function that somebody sleeps in.
-enum class SleepCall : std::uint8_t { usleep, sleep, nanosleep, clock_nanosleep };
+enum class SleepCall : std::uint8_t {
+  usleep,
+  sleep,
+  nanosleep,
+  clock_nanosleep,
+  thrd_sleep,
+  select,
+  pselect,
+  poll,
+  ppoll
+};
 
 /// A value, a negative error number, or nothing: "let the real libc answer".
 using Answer = std::optional<int>;
@@ -38,6 +48,8 @@ class Host {
   virtual ~Host() = default;
 
   virtual Answer open(Device /*device*/) { return {}; }
+  /// The real libc has opened it, or has failed with a negative error number.
+  virtual void opened(Device /*device*/, int /*error*/) {}
   virtual Answer close(Device /*device*/) { return {}; }
 
   /// One full-duplex transfer: `sent` goes out while as many bytes come into `received`.
@@ -55,7 +67,12 @@ class Host {
     return {};
   }
 
+  /// Something that no driver of the camera does was asked of a simulated device, and is refused.
+  virtual void refused(Device /*device*/, const char* /*what*/) {}
+
   virtual Answer delay(SleepCall /*call*/, std::chrono::nanoseconds /*time*/) { return {}; }
+  /// How many times as fast as real time a delay passes.
+  virtual double speed() const { return 1; }
 
   /// A shell command that touches the camera's GPIO lines; the answer is a wait status.
   virtual Answer shell(const char* /*command*/) { return {}; }
@@ -73,6 +90,14 @@ class Host {
   virtual std::optional<FileAnswer> file(const char* /*path*/, const char* /*mode*/) { return {}; }
   virtual void file_closed(const char* /*path*/) {}
   virtual Answer sync(int /*descriptor*/) { return {}; }
+  /// Where a device or calibration file really lies, for calls that go by the path without opening it.
+  virtual std::optional<FileAnswer> real_place(const char* /*path*/) { return {}; }
+
+  /// The lowest descriptor from `first` on that the host keeps for itself, and that no program can
+  /// close; -1 without any.
+  virtual int own_descriptor(int /*first*/) const { return -1; }
+  /// What has been written to an open calibration file is safe now.
+  virtual void file_synchronised(const char* /*path*/) {}
 };
 
 /// Puts a host in the place of the kernel for the whole process; null takes it away again.

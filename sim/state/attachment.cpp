@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cstdio>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 #include "sim/state/byte_lock.h"
@@ -68,7 +69,8 @@ Attachment::~Attachment() {
   }
   detach();
   munmap(&layout_, sizeof layout_);
-  close(descriptor_);
+  // Nobody's any more before it goes: what stands in the place of close() spares those that are needed.
+  close(std::exchange(descriptor_, -1));
 }
 
 void Attachment::attach() {
@@ -79,6 +81,7 @@ void Attachment::attach() {
     number_ = count * most_processes + i;
     slot().observes.store(observes_);
     slot().last_call.store(0);
+    slot().traced_as.store(0);
     slot().process.store(getpid());
     slot().number.store(number_);
     return;

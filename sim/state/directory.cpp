@@ -54,9 +54,20 @@ CameraEntry entry_of(const std::string& name) {
   return entry;
 }
 
+/// Who only looks in keeps no camera from being removed. Of a broken one nobody knows who does.
+bool used_by_programs(state::Object& object) {
+  state::Layout* const layout = object.check().empty() ? object.map() : nullptr;
+  if (layout == nullptr) return object.in_use();
+  const std::vector<AttachedProcess> processes = processes_of(*layout, object.descriptor(), 0);
+  munmap(layout, sizeof *layout);
+  return std::any_of(processes.begin(), processes.end(),
+                     [](const AttachedProcess& process) { return process.role == Role::program; });
+}
+
 std::string in_use_error(const std::string& name) {
   std::string users;
   for (const AttachedProcess& process : entry_of(name).processes) {
+    if (process.role != Role::program) continue;
     users += users.empty() ? " by process " : ", ";
     users += std::to_string(process.process);
   }
@@ -92,7 +103,7 @@ std::string SharedCamera::remove(std::string_view name, Removal removal) {
   {
     state::Object object(name, Missing::is_an_error);
     if (!object.error().empty()) return object.error();
-    in_use = removal == Removal::if_unused && object.in_use();
+    in_use = removal == Removal::if_unused && used_by_programs(object);
     if (!in_use) {
       remove_belongings(object, name);
       return object.unlink();

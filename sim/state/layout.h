@@ -6,15 +6,18 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 #include "sim/camera/camera.h"
+#include "sim/fault/fault_table.h"
 #include "sim/lens/boot_loader.h"
 #include "sim/state/shared_settings.h"
+#include "sim/trace/ring.h"
 
 namespace kelvo::sim::state {
 
 /// Grows with every change of what lies where around the camera.
-inline constexpr std::uint32_t own_layout_version = 1;
+inline constexpr std::uint32_t own_layout_version = 3;
 inline constexpr std::uint32_t layout_version =
     camera::Camera::layout_version << 16 | own_layout_version;
 inline constexpr std::uint32_t magic = 0x4B43414D;
@@ -32,6 +35,7 @@ struct Header {
   std::int64_t made = 0;   // nanoseconds of the calendar
   std::int64_t begun = 0;  // and of the steady clock, at which the camera's own began
   std::uint64_t seed = 0;
+  std::optional<wire::LensModule> module;
   ClockSetting clock;
   wire::HeadFamily head = wire::HeadFamily::tasmere;
   std::uint32_t corrupt_count = 0;
@@ -45,7 +49,8 @@ struct Slot {
   std::atomic<std::uint32_t> number = 0;  // 0: free
   std::atomic<std::int32_t> process = 0;
   std::atomic<bool> observes = false;
-  std::atomic<std::int64_t> last_call = 0;  // nanoseconds of the steady clock
+  std::atomic<std::int64_t> last_call = 0;   // nanoseconds of the steady clock
+  std::atomic<std::uint32_t> traced_as = 0;  // its number in the trace; 0: it has done nothing yet
 };
 constexpr std::uint32_t slot_of(std::uint32_t number) { return number % most_processes; }
 
@@ -70,14 +75,18 @@ struct UndoLog {
 struct Layout {
   Header header;
   alignas(64) std::atomic<std::uint32_t> lock = 0;
+  alignas(64) std::atomic<std::int32_t> bus_lock_holder = 0;  // 0: nobody, or it died
   alignas(64) std::atomic<std::uint32_t> next_number = 0;
   std::array<Slot, most_processes> slots{};
 
   // The rest belongs to whoever has the lock.
   std::array<Sleeper, most_sleepers> sleepers{};
   std::atomic<std::uint32_t> wake_ups = 0;  // how often sleepers were woken up; they wait on it
+  std::int64_t woken_up_to = 0;             // the moment up to which sleepers were woken up
+  fault::FaultTable faults;                 // never undone: one that kills a process has happened
   UndoLog undo;
   alignas(64) camera::Camera camera;
+  alignas(64) trace::Ring trace;
 };
 
 // Atomics in shared memory must not need a lock of the process.

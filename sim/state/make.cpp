@@ -5,6 +5,7 @@
 #include <new>
 
 #include "sim/state/folder.h"
+#include "sim/state/storage.h"
 
 namespace kelvo::sim::state {
 namespace {
@@ -26,7 +27,9 @@ std::string lay_down_files(Header& header, std::string_view name, const WantedSe
            " bytes: choose a shorter one";
   }
   std::copy(folder.begin(), folder.end(), header.files.begin());
-  return header.private_folder ? make_private_folder(folder) : "";
+  if (header.private_folder) return make_private_folder(folder);
+  const std::error_code error = storage::begin(folder);
+  return error ? "its folder " + folder + " cannot be used: " + error.message() : "";
 }
 
 std::string lay_down_corrupt(Layout& layout, const std::vector<std::uint32_t>& numbers) {
@@ -44,6 +47,9 @@ std::string lay_down_corrupt(Layout& layout, const std::vector<std::uint32_t>& n
 std::string text_of(const std::string& text) { return text; }
 std::string text_of(std::uint64_t number) { return std::to_string(number); }
 std::string text_of(const ClockSetting& clock) { return to_text(clock); }
+std::string text_of(const std::optional<wire::LensModule>& module) {
+  return module ? to_text(*module) : "";
+}
 std::string text_of(wire::HeadFamily head) {
   return head == wire::HeadFamily::vetra ? "vetra" : "tasmere";
 }
@@ -79,7 +85,10 @@ std::string make_camera(Layout& layout, std::string_view name, const WantedSetti
   header.clock = wanted.clock.value_or(ClockSetting{});
   header.head = wanted.head.value_or(wire::HeadFamily::tasmere);
   header.seed = wanted.seed.value_or(0);
+  header.module = wanted.module;
   layout.camera.fit_head(header.head);
+  layout.camera.vary(header.seed);
+  if (header.module) layout.camera.fit_module(*header.module);
   std::string error =
       lay_down_corrupt(layout, wanted.corrupt.value_or(std::vector<std::uint32_t>{}));
   if (error.empty()) error = lay_down_files(header, name, wanted);
@@ -99,6 +108,7 @@ SharedSettings settings_of(const Header& header) {
   settings.files = header.files.data();
   settings.corrupt.assign(header.corrupt.begin(), header.corrupt.begin() + header.corrupt_count);
   settings.seed = header.seed;
+  settings.module = header.module;
   return settings;
 }
 
@@ -106,8 +116,12 @@ std::string disagreement(std::string_view name, const WantedSettings& wanted,
                          const SharedSettings& settings) {
   std::optional<std::string> files = wanted.files;
   if (files) files = absolute(*files);
+  using Module = std::optional<wire::LensModule>;
+  std::optional<Module> module;
+  if (wanted.module) module.emplace(wanted.module);
   for (const std::string& error : {compare(name, "clock", wanted.clock, settings.clock),
                                    compare(name, "head", wanted.head, settings.head),
+                                   compare(name, "module", module, settings.module),
                                    compare(name, "files", files, settings.files),
                                    compare(name, "corrupt", wanted.corrupt, settings.corrupt),
                                    compare(name, "seed", wanted.seed, settings.seed)}) {

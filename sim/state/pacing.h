@@ -15,6 +15,8 @@ camera::Time passed(const ClockSetting& clock, std::chrono::nanoseconds real);
 /// Sleeps until so much has passed on a clock that goes by itself. 0, or -EINTR after a signal.
 /// Straight to the kernel, past whatever stands in the place of libc's sleeps.
 int sleep_by(const ClockSetting& clock, camera::Time time);
+/// The same to the end, whatever signals come.
+void sleep_through(const ClockSetting& clock, camera::Time time);
 
 }  // namespace kelvo::sim
 

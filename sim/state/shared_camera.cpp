@@ -1,5 +1,6 @@
 #include "sim/state/shared_camera.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -9,6 +10,7 @@
 #include "sim/state/object.h"
 #include "sim/state/pacing.h"
 #include "sim/state/sleepers.h"
+#include "sim/state/storage.h"
 #include "sim/state/undo.h"
 
 namespace kelvo::sim {
@@ -88,7 +90,20 @@ std::chrono::system_clock::time_point SharedCamera::made() const {
   return state::made(layout().header);
 }
 
+int SharedCamera::descriptor() const { return attachment_->descriptor(); }
+
 key_t SharedCamera::bus_key() const { return bus_key_of(settings_.files); }
+
+pid_t SharedCamera::lock_holder() const {
+  const pid_t entered = layout().bus_lock_holder.load();
+  if (entered == 0) return 0;
+  const std::vector<AttachedProcess> living = processes();
+  const bool lives = std::any_of(living.begin(), living.end(),
+                                 [&](const auto& one) { return one.process == entered; });
+  return lives ? entered : 0;
+}
+
+std::atomic<std::int32_t>& SharedCamera::lock_holder_entry() { return layout().bus_lock_holder; }
 
 SharedCamera::Change::Change(SharedCamera& shared, Extent extent)
     : shared_(shared), camera_(shared.layout().camera) {
@@ -99,6 +114,18 @@ SharedCamera::Change::~Change() { shared_.end_change(); }
 
 void SharedCamera::Change::take_back() { state::put_back(shared_.layout()); }
 
+void SharedCamera::Change::record(trace::Event event) {
+  trace::Ring& ring = shared_.layout().trace;
+  state::Slot& slot = shared_.attachment_->slot();
+  if (slot.traced_as.load() == 0) slot.traced_as.store(ring.next_process());
+  event.process = slot.traced_as.load();
+  event.pid = slot.process.load();
+  ring.add(event);
+}
+
+const trace::Ring& SharedCamera::trace() const { return layout().trace; }
+fault::FaultTable& SharedCamera::Change::faults() const { return shared_.layout().faults; }
+
 void SharedCamera::begin_change(Extent extent) {
   attachment_->lock();
   state::begin_change(layout(), parts_of(layout().camera, extent));
@@ -107,6 +134,7 @@ void SharedCamera::begin_change(Extent extent) {
 
 void SharedCamera::end_change() {
   state::commit(layout());
+  if (settings_.clock.mode == ClockMode::sleep) state::wake_sleepers(layout());
   attachment_->unlock();
 }
 
@@ -118,10 +146,22 @@ void SharedCamera::bring_up_to_date() {
   layout().camera.clock.reach(passed(settings_.clock, since_begun));
 }
 
+std::string SharedCamera::power_off() {
+  const Change camera = change();
+  if (!camera->powered()) return {};
+  camera->power_off();
+  const std::error_code error = storage::cut(settings_.files);
+  if (!error) return {};
+  return "camera \"" + name_ + "\", folder " + settings_.files + ": " + error.message() +
+         ": not all files are as they were synchronised";
+}
+
 camera::Camera SharedCamera::snapshot() {
   const Change change(*this, Extent::one_call);
   return *change;
 }
+
+fault::FaultTable SharedCamera::faults() { return change(Extent::one_call).faults(); }
 
 int SharedCamera::sleep(camera::Time time) {
   if (settings_.clock.mode != ClockMode::sleep) return sleep_by(settings_.clock, time);

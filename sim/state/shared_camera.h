@@ -13,6 +13,7 @@
 
 #include <sys/types.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <memory>
@@ -21,7 +22,9 @@
 #include <vector>
 
 #include "sim/camera/camera.h"
+#include "sim/fault/fault_table.h"
 #include "sim/state/shared_settings.h"
+#include "sim/trace/ring.h"
 
 namespace kelvo::sim {
 
@@ -100,8 +103,15 @@ class SharedCamera {
   bool exists() const;
   /// The living processes that use it now, this one too.
   std::vector<AttachedProcess> processes() const;
+  /// By which this process keeps its place among them. It must stay open.
+  int descriptor() const;
   /// The key of the bus lock's semaphore set, the same in every process; or a negative error number.
   key_t bus_key() const;
+
+  /// The living process that holds the bus lock; 0: none.
+  pid_t lock_holder() const;
+  /// What tells it: whoever takes the lock writes itself down, and takes itself away before it gives it back.
+  std::atomic<std::int32_t>& lock_holder_entry();
 
   /// Exclusive access to the camera for as long as it lives; others wait. The camera's clock is up to
   /// date when it begins. What was changed counts when it ends. A process that dies before leaves the
@@ -116,8 +126,12 @@ class SharedCamera {
 
     camera::Camera& operator*() const { return camera_; }
     camera::Camera* operator->() const { return &camera_; }
+    /// The camera's faults. What is done to them counts at once, whatever becomes of the change.
+    fault::FaultTable& faults() const;
     /// Puts back what was changed.
     void take_back();
+    /// Adds to the trace what this process has done.
+    void record(trace::Event event);
 
    private:
     friend class SharedCamera;
@@ -127,6 +141,15 @@ class SharedCamera {
     camera::Camera& camera_;
   };
   Change change(Extent extent = Extent::anything) { return {*this, extent}; }
+
+  /// Cuts the power: the camera's own state, and what its files hold that was not synchronised. Without
+  /// power already it does nothing. Nothing, or one line that says what is wrong with the files.
+  std::string power_off();
+  void power_on() { change()->power_on(); }
+  /// What crossed the wires, of all programs.
+  const trace::Ring& trace() const;
+  /// A copy of its faults.
+  fault::FaultTable faults();
 
   /// A copy of the camera at this moment.
   camera::Camera snapshot();

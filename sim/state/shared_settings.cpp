@@ -26,6 +26,40 @@ std::string to_text(const ClockSetting& clock) {
   return {text, end};
 }
 
+namespace {
+
+struct ModuleName {
+  wire::LensModule module;
+  std::string_view name;
+};
+constexpr ModuleName module_names[] = {{wire::LensModule::de015, "de015"},
+                                       {wire::LensModule::df033, "df033"},
+                                       {wire::LensModule::t5391, "t5391"}};
+
+}  // namespace
+
+std::optional<wire::LensModule> parse_module(std::string_view text) {
+  for (const ModuleName& row : module_names) {
+    if (row.name == text) return row.module;
+  }
+  return {};
+}
+
+std::string to_text(wire::LensModule module) {
+  for (const ModuleName& row : module_names) {
+    if (row.module == module) return std::string(row.name);
+  }
+  return {};
+}
+
+std::optional<std::uint64_t> parse_seed(std::string_view text) {
+  std::uint64_t seed = 0;
+  const char* const end = text.data() + text.size();
+  const auto [behind, error] = std::from_chars(text.data(), end, seed);
+  if (error != std::errc{} || behind != end) return {};
+  return seed;
+}
+
 bool is_camera_name(std::string_view name) {
   const auto allowed = [](char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||

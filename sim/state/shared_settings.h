@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "wire/lens_module.h"
 #include "wire/pan_tilt.h"
 
 namespace kelvo::sim {
@@ -37,21 +38,35 @@ inline constexpr std::string_view clock_values = "real, sleep, or a number from 
 /// The settings that a camera has. They are fixed when it is made.
 struct SharedSettings {
   wire::HeadFamily head = wire::HeadFamily::tasmere;
+  std::optional<wire::LensModule> module;  // the lens that stays; else it is that of the program
   ClockSetting clock;
   std::string files;                   // folder of the calibration files, absolute
   std::vector<std::uint32_t> corrupt;  // downloads on the wire that lose a bit, from 1; at most 16
-  std::uint64_t seed = 0;
+  std::uint64_t seed = 0;              // of its variety; 0: the middle of everything, without noise
 };
 
 /// What somebody asks of a camera. What is left open takes the default when the camera is made, and
 /// whatever it has when there is one. What is given must agree with a camera that there is.
 struct WantedSettings {
   std::optional<wire::HeadFamily> head;
+  std::optional<wire::LensModule> module;
   std::optional<ClockSetting> clock;
   std::optional<std::string> files;  // without it the camera has a private folder of its own
   std::optional<std::vector<std::uint32_t>> corrupt;
   std::optional<std::uint64_t> seed;
 };
+
+/// Reads `de015`, `df033` or `t5391`; nothing for any other text.
+std::optional<wire::LensModule> parse_module(std::string_view text);
+/// The text that parse_module() reads back.
+std::string to_text(wire::LensModule module);
+/// What parse_module() takes, for messages.
+inline constexpr std::string_view module_values = "de015, df033 or t5391";
+
+/// Reads a seed in decimal digits; nothing for any other text.
+std::optional<std::uint64_t> parse_seed(std::string_view text);
+/// What parse_seed() takes, for messages.
+inline constexpr std::string_view seed_values = "a number below 2^64";
 
 /// Letters, digits, - and _, from 1 to 32 of them.
 inline constexpr std::size_t longest_camera_name = 32;

@@ -55,22 +55,15 @@ bool all_asleep(const Attachment& attachment) {
   });
 }
 
-/// On to the next moment at which somebody wakes up. Who does is waited for from now on.
+/// On to the next moment at which somebody wakes up.
 void move_clock(Layout& layout) {
   std::optional<std::int64_t> earliest;
   for (const Sleeper& sleeper : layout.sleepers) {
     if (!still_asleep(layout, sleeper)) continue;
     earliest = std::min(earliest.value_or(sleeper.wake_up), sleeper.wake_up);
   }
-  if (!earliest) return;
-  const std::int64_t now = coarse_now();
-  for (const Sleeper& sleeper : layout.sleepers) {
-    if (!still_asleep(layout, sleeper) || sleeper.wake_up > *earliest) continue;
-    layout.slots[slot_of(sleeper.number)].last_call.store(now);
-  }
-  layout.camera.clock.reach(camera::Time(*earliest));
-  layout.wake_ups.fetch_add(1);
-  wake_all(layout.wake_ups);
+  if (earliest) layout.camera.clock.reach(camera::Time(*earliest));
+  wake_sleepers(layout);
 }
 
 /// Enters a sleeper, or lets the time pass at once if there is no place for one.
@@ -80,6 +73,7 @@ Sleeper* fall_asleep(Attachment& attachment, camera::Time time) {
   Sleeper* const own = find_free(attachment);
   if (own == nullptr) {
     layout.camera.clock.reach(wake_up);
+    wake_sleepers(layout);
   } else {
     own->wake_up = wake_up.count();
     own->number = attachment.number();
@@ -90,6 +84,25 @@ Sleeper* fall_asleep(Attachment& attachment, camera::Time time) {
 }  // namespace
 
 void touch(Attachment& attachment) { attachment.slot().last_call.store(coarse_now()); }
+
+/// Who wakes up is waited for from now on.
+void wake_sleepers(Layout& layout) {
+  const std::int64_t now = layout.camera.clock.now().count();
+  const auto due = [&](const Sleeper& sleeper) {
+    return sleeper.wake_up > layout.woken_up_to && sleeper.wake_up <= now && taken(layout, sleeper);
+  };
+  if (now == layout.woken_up_to) return;
+  bool any = false;
+  for (const Sleeper& sleeper : layout.sleepers) {
+    if (!due(sleeper)) continue;
+    layout.slots[slot_of(sleeper.number)].last_call.store(coarse_now());
+    any = true;
+  }
+  layout.woken_up_to = now;
+  if (!any) return;
+  layout.wake_ups.fetch_add(1);
+  wake_all(layout.wake_ups);
+}
 
 bool asleep(const Layout& layout, std::uint32_t number) {
   return std::any_of(layout.sleepers.begin(), layout.sleepers.end(), [&](const Sleeper& sleeper) {

@@ -3,15 +3,17 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <span>
 #include <utility>
 
+#include "sim/seam/installed.h"
 #include "sim/seam/real.h"
+#include "sim/state/storage.h"
 #include "wire/paths.h"
 
 namespace kelvo::sim {
@@ -21,10 +23,6 @@ namespace fs = std::filesystem;
 
 constexpr std::span<const char* const> record_copies[] = {wire::iris_record_copies,
                                                           wire::stabiliser_record_copies};
-
-bool one_of(std::span<const char* const> paths, const std::string& path) {
-  return std::find(paths.begin(), paths.end(), path) != paths.end();
-}
 
 /// A plausible iris record: polarity, Hall offset, Hall gain, travel minimum and maximum, sine value.
 /// Each is a 32-bit field, low byte first.
@@ -37,24 +35,30 @@ std::error_code last_error() { return {errno, std::generic_category()}; }
 
 }  // namespace
 
-CameraFiles::CameraFiles(fs::path kept)
-    : kept_(!kept.empty()), folder_(kept_ ? fs::absolute(kept) : std::move(kept)) {}
+CameraFiles::CameraFiles(fs::path kept, bool shared)
+    : kept_(!kept.empty()),
+      shared_(shared),
+      folder_(kept_ ? fs::absolute(kept) : std::move(kept)) {}
 
-bool CameraFiles::claims(const std::string& path) {
-  return one_of(wire::iris_record_copies, path) || one_of(wire::stabiliser_record_copies, path) ||
-         path == wire::iris_default_record;
+std::string CameraFiles::record_of(std::string path) {
+  if (path.ends_with(wire::record_part)) path.resize(path.size() - std::strlen(wire::record_part));
+  return path;
 }
 
+bool CameraFiles::claims(const std::string& path) { return storage::has(record_of(path)); }
+
 fs::path CameraFiles::real_path(const std::string& path) const {
-  return folder_ / fs::path(path).relative_path();
+  return storage::place_of(folder_, path);
 }
 
 std::error_code CameraFiles::prepare() {
   const std::scoped_lock guard(mutex_);
+  const OwnFiles own;
   if (prepared_) return {};
   std::error_code error;
   if (!kept_) error = make_private_folder();
   if (!error) error = fill();
+  if (!error && !shared_) error = storage::begin(folder_);
   prepared_ = !error;
   return error;
 }
@@ -86,11 +90,25 @@ std::error_code CameraFiles::fill() const {
   const std::size_t written =
       std::fwrite(default_iris_record.data(), 1, default_iris_record.size(), stream);
   const bool closed = real().fclose(stream) == 0;
-  return written == default_iris_record.size() && closed ? std::error_code{} : last_error();
+  if (written != default_iris_record.size() || !closed) return last_error();
+  return storage::synchronise(folder_, wire::iris_default_record);
+}
+
+void CameraFiles::synchronise(const std::string& path) {
+  const std::scoped_lock guard(mutex_);
+  const OwnFiles own;
+  if (prepared_ && storage::has(path)) storage::synchronise(folder_, path);
+}
+
+void CameraFiles::cut() {
+  const std::scoped_lock guard(mutex_);
+  const OwnFiles own;
+  if (prepared_) storage::cut(folder_);
 }
 
 void CameraFiles::remove() {
   const std::scoped_lock guard(mutex_);
+  const OwnFiles own;
   std::error_code ignored;
   if (maker_ != getpid()) return;
   fs::remove_all(folder_, ignored);

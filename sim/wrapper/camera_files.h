@@ -14,9 +14,11 @@ namespace kelvo::sim {
 /// named is kept and made if it is missing; else there is a private one, made when it is first needed.
 class CameraFiles {
  public:
-  /// `kept` empty: a private folder.
-  explicit CameraFiles(std::filesystem::path kept);
+  /// `kept` empty: a private folder. Files that a camera shares with others have begun with it.
+  explicit CameraFiles(std::filesystem::path kept, bool shared = false);
 
+  /// The record that a file is written for, beside its place; every other file is its own.
+  static std::string record_of(std::string path);
   /// Whether the camera has a file of this name.
   static bool claims(const std::string& path);
 
@@ -27,6 +29,11 @@ class CameraFiles {
   bool kept() const { return kept_; }
   const std::filesystem::path& folder() const { return folder_; }
 
+  /// A file is synchronised, under the name that the camera has for it.
+  void synchronise(const std::string& path);
+  /// The power is cut: each file is what was last synchronised.
+  void cut();
+
   /// Takes a private folder away that this process has made.
   void remove();
 
@@ -36,6 +43,7 @@ class CameraFiles {
 
   std::mutex mutex_;
   bool kept_;
+  bool shared_;
   bool prepared_ = false;
   pid_t maker_ = 0;  // of a private folder
   std::filesystem::path folder_;

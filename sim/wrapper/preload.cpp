@@ -11,7 +11,9 @@
 #include "sim/report/report.h"
 #include "sim/seam/host.h"
 #include "sim/seam/real.h"
+#include "sim/trace/recording.h"
 #include "sim/wrapper/camera_host.h"
+#include "sim/wrapper/recording_host.h"
 #include "sim/wrapper/settings.h"
 
 namespace kelvo::sim {
@@ -39,10 +41,18 @@ void deliver(const std::string& text) {
   if (file != nullptr) real().fclose(file);
 }
 
+/// Both are kept for good: threads may still be in them when the process ends.
+void record_real_devices(const std::string& name) {
+  trace::OpenedRecording opened = trace::Recording::open(name);
+  if (opened.recording == nullptr) refuse(std::string(settings_variable) + ": " + opened.error);
+  install(new RecordingHost(*opened.recording.release()));
+}
+
 [[gnu::constructor]] void begin() {
   const char* const text = std::getenv(settings_variable);
   const ParsedSettings parsed = parse_settings(text != nullptr ? text : "");
   if (!parsed.error.empty()) refuse(parsed.error);
+  if (!parsed.settings.real.empty()) return record_real_devices(parsed.settings.real);
   // Kept for good: threads may still be in the camera when the process ends.
   OpenedCamera shared = open_shared(parsed.settings);
   if (!shared.error.empty()) refuse(std::string(settings_variable) + ": " + shared.error);

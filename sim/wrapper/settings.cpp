@@ -4,6 +4,8 @@
 #include <charconv>
 #include <set>
 
+#include "sim/fault/fault_table.h"
+#include "sim/fault/parse.h"
 #include "sim/lens/boot_loader.h"
 
 namespace kelvo::sim {
@@ -45,6 +47,28 @@ bool read_head(std::string_view value, Settings& settings) {
   return value == "vetra" || value == "tasmere";
 }
 
+bool read_module(std::string_view value, Settings& settings) {
+  settings.camera.module = parse_module(value);
+  return settings.camera.module.has_value();
+}
+
+bool read_seed(std::string_view value, Settings& settings) {
+  settings.camera.seed = parse_seed(value);
+  return settings.camera.seed.has_value();
+}
+
+bool read_fault(std::string_view value, Settings& settings) {
+  const fault::ParsedFault parsed = fault::parse(value);
+  settings.faults.push_back(parsed.fault);
+  return parsed.error.empty() && settings.faults.size() <= fault::FaultTable::capacity;
+}
+
+/// A fault has too many ways to be wrong for one line about what it takes.
+std::string why_no_fault(std::string_view value) {
+  const std::string error = fault::parse(value).error;
+  return error.empty() ? fault::table_is_full : error;
+}
+
 bool read_report(std::string_view value, Settings& settings) {
   settings.report = value == "none" ? ReportMode::none : ReportMode::text;
   return value == "none" || value == "text";
@@ -55,10 +79,21 @@ bool read_report_file(std::string_view value, Settings& settings) {
   return !value.empty();
 }
 
+bool read_real(std::string_view value, Settings& settings) {
+  settings.real = value;
+  return !value.empty();
+}
+
+bool read_violations(std::string_view value, Settings& settings) {
+  settings.violations = value == "fatal" ? ViolationMode::fatal : ViolationMode::listed;
+  return value == "fatal" || value == "listed";
+}
+
 struct Setting {
   std::string_view name;
   std::string_view values;
   bool (*read)(std::string_view value, Settings& settings);
+  std::string (*why_not)(std::string_view value) = nullptr;  // of one that may be repeated
 };
 
 constexpr std::array settings_table{
@@ -68,8 +103,14 @@ constexpr std::array settings_table{
     Setting{"corrupt", "up to 16 numbers of program downloads from 1, joined by + (corrupt=1+4)",
             read_corrupt},
     Setting{"head", "tasmere or vetra", read_head},
+    Setting{"module", module_values, read_module},
+    Setting{"seed", seed_values, read_seed},
+    Setting{"fault", "a fault with : between its words (fault=spi:command=62:error=EIO)",
+            read_fault, why_no_fault},
     Setting{"report", "none or text", read_report},
     Setting{"report-file", "a file", read_report_file},
+    Setting{"real", "the name of a recording", read_real},
+    Setting{"violations", "listed or fatal", read_violations},
 };
 static_assert(camera::BootLoader::most_corrupt_downloads == 16);
 
@@ -95,10 +136,13 @@ std::string read_word(std::string_view word, std::set<std::string_view>& seen, S
              std::string(setting.values);
     }
     const std::string_view value = word.substr(equals + 1);
-    if (!seen.insert(name).second) return quoted(name) + " is given twice";
+    if (!seen.insert(name).second && setting.why_not == nullptr) {
+      return quoted(name) + " is given twice";
+    }
     if (setting.read(value, settings)) return {};
-    return quoted(name) + " cannot be " + quoted(value) + ": it takes " +
-           std::string(setting.values);
+    return quoted(name) + " cannot be " + quoted(value) + ": " +
+           (setting.why_not != nullptr ? setting.why_not(value)
+                                       : "it takes " + std::string(setting.values));
   }
   return "there is no setting " + quoted(name) + ": there are " + all_names();
 }
@@ -118,6 +162,10 @@ ParsedSettings parse_settings(std::string_view text) {
       return parsed;
     }
     begin = text.find_first_not_of(separators, end);
+  }
+  if (!parsed.settings.real.empty() && seen.size() > 1) {
+    parsed.error = std::string(settings_variable) +
+                   ": \"real\" goes without any other setting: no camera is simulated";
   }
   const bool shared = !parsed.settings.name.empty();
   if (shared && !seen.contains("report")) parsed.settings.report = ReportMode::none;

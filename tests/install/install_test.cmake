@@ -29,6 +29,13 @@ set(expected
   ${usr}share/bash-completion/completions/kelvo-sim
   ${usr}share/man/man1/kelvo-sim.1
   ${usr}share/zsh/site-functions/_kelvo-sim)
+if(kelvoctl)
+  list(APPEND expected
+    bin/kelvoctl
+    ${usr}share/bash-completion/completions/kelvoctl
+    ${usr}share/man/man1/kelvoctl.1
+    ${usr}share/zsh/site-functions/_kelvoctl)
+endif()
 list(SORT expected)
 file(GLOB_RECURSE installed RELATIVE ${tree} ${tree}/*)
 list(SORT installed)

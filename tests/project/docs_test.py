@@ -111,6 +111,9 @@ class Documentation(unittest.TestCase):
     def test_the_first_program_is_the_one_in_examples(self):
         self.assertIn(source("examples/first_program.c"), fragments("README.md"))
 
+    def test_the_test_with_a_camera_is_the_one_that_is_built(self):
+        self.assertIn(f"```cpp\n{source('tests/sim/testing/example.cpp')}```\n", source("docs/simulator.md"))
+
     def test_every_whole_fragment_compiles(self):
         compiler = project.setting("c_compiler")
         compiled = 0

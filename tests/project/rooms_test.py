@@ -7,7 +7,7 @@ import unittest
 import project
 
 INTERFACE = ("include", "wire")  # what every room of the library reads
-MODELS = ("sim/common", "sim/head", "sim/lens", "wire")  # what knows the simulated devices
+MODELS = ("sim/common", "sim/head", "sim/judge", "sim/lens", "wire")  # what knows the simulated devices
 
 # Room: the rooms that it may include, besides itself. A new room needs a row of its own.
 ROOMS = {
@@ -29,14 +29,21 @@ ROOMS = {
     "sim/common":        ("wire",),
     "sim/lens":          ("sim/common", "wire"),
     "sim/head":          ("sim/common", "wire"),
+    "sim/fault":         ("wire",),
+    "sim/judge":         ("sim/common", "wire"),
     "sim/camera":        MODELS,
     "sim/report":        MODELS + ("sim/camera",),
-    "sim/state":         MODELS + ("sim/camera",),
-    "sim/wrapper":       MODELS + ("sim/camera", "sim/report", "sim/seam", "sim/state"),
-    "tools/common":      ("sim/report",),
-    "tools/launch":      ("tools/common", "sim/state", "sim/wrapper"),
-    "tools/kelvo-sim":   MODELS + ("tools/common", "tools/launch", "sim/camera", "sim/report", "sim/state",
+    "sim/trace":         ("wire",),
+    "sim/state":         MODELS + ("sim/camera", "sim/fault", "sim/trace"),
+    "sim/wrapper":       MODELS + ("sim/camera", "sim/fault", "sim/report", "sim/seam", "sim/state",
+                                   "sim/trace"),
+    "sim/testing":       MODELS + ("sim/camera", "sim/fault", "sim/report", "sim/seam", "sim/state", "sim/trace",
                                    "sim/wrapper"),
+    "tools/common":      ("sim/report",),
+    "tools/launch":      ("tools/common", "sim/fault", "sim/state", "sim/wrapper"),
+    "tools/kelvo-sim":   MODELS + ("tools/common", "tools/launch", "sim/camera", "sim/fault", "sim/report",
+                                   "sim/state", "sim/trace", "sim/wrapper"),
+    "tools/kelvoctl":    INTERFACE + ("tools/common", "tools/launch", "sim/state", "sim/wrapper"),
     "benchmarks":        INTERFACE + ("sim/seam", "sim/state", "sim/wrapper"),
     "examples":          ("include",),
 }

@@ -19,6 +19,7 @@
 #include <utility>
 #include <vector>
 
+#include "script/installed_host.h"
 #include "script/script.h"
 #include "sim/seam/host.h"
 #include "sim/seam/real.h"
@@ -32,16 +33,8 @@ using kelvo::sim::Device;
 using kelvo::sim::Host;
 using kelvo::sim::SleepCall;
 using kelvo::test::Bytes;
+using kelvo::test::Installed;
 using kelvo::test::Script;
-
-/// A host in the kernel's place for as long as it lives.
-class Installed {
- public:
-  explicit Installed(Host& host) { kelvo::sim::install(&host); }
-  ~Installed() { kelvo::sim::install(nullptr); }
-  Installed(const Installed&) = delete;
-  Installed& operator=(const Installed&) = delete;
-};
 
 class TemporaryFile {
  public:
@@ -157,6 +150,8 @@ TEST(Seam, LetsEverythingThroughToAHostThatAnswersNothing) {
   EXPECT_TRUE(errno == EBADF || errno == ENOSYS) << errno;
   EXPECT_EQ(fsync(-1), -1);
   EXPECT_EQ(errno, EBADF);
+  EXPECT_EQ(rename("/dev/null/nothing", "/dev/null/other"), -1);
+  EXPECT_EQ(errno, ENOTDIR);
   EXPECT_EQ(open("/dev/spi_renesas/nothing", O_RDWR), -1);
   const int set = semget(IPC_PRIVATE, 1, 0600);
   ASSERT_GE(set, 0);
@@ -208,22 +203,6 @@ class SleepHost final : public Host {
   std::vector<std::pair<SleepCall, std::chrono::nanoseconds>> sleeps;
   int answer = 0;
 };
-
-TEST(Seam, HandsEverySortOfSleepToTheHost) {
-  using std::chrono::nanoseconds;
-  SleepHost host;
-  const Installed installed(host);
-  const timespec time = {2, 3};
-  usleep(4);
-  sleep(5);
-  nanosleep(&time, nullptr);
-  clock_nanosleep(CLOCK_MONOTONIC, 0, &time, nullptr);
-  const decltype(host.sleeps) expected = {{SleepCall::usleep, nanoseconds(4'000)},
-                                          {SleepCall::sleep, nanoseconds(5'000'000'000)},
-                                          {SleepCall::nanosleep, nanoseconds(2'000'000'003)},
-                                          {SleepCall::clock_nanosleep, nanoseconds(2'000'000'003)}};
-  EXPECT_EQ(host.sleeps, expected);
-}
 
 TEST(Seam, CountsAnAbsoluteSleepFromNow) {
   SleepHost host;

@@ -7,13 +7,23 @@ import project
 import tool
 
 OPTIONS = {
-    "run": ["--name", "--head", "--clock", "--corrupt", "--report"],
+    "run": ["--name", "--head", "--module", "--seed", "--clock", "--corrupt", "--fault", "--report",
+            "--stop-at-violation"],
     "list": ["--json"],
     "remove": ["--in-use"],
     "status": ["--json"],
     "violations": ["--json"],
+    "fault": ["--json"],
+    "peek": ["--json"],
+    "poke": [],
+    "push": [],
+    "power": [],
+    "trace": ["--follow", "--for", "--last", "--times", "--json", "--output", "--real"],
 }
-CODES = ["0", "1", "2", "3", "4", "5", "6", "124", "125", "126", "127"]
+CODES = ["0", "1", "2", "3", "4", "5", "6", "7", "8", "123", "124", "125", "126", "127"]
+ARGUMENTS = {"remove": ["desk"], "status": ["desk"], "violations": ["desk"], "fault": ["list", "desk"],
+             "peek": ["desk", "pan", "4"], "poke": ["desk", "pan", "4", "0"], "push": ["desk", "pan", "1"],
+             "power": ["desk", "off"]}
 NAME_RULE = "up to 32 letters, digits, - and _"
 
 
@@ -41,12 +51,13 @@ class Arguments(tool.ToolTest):
 
     def test_an_unknown_option(self):
         for command in OPTIONS:
-            name = ["desk"] if command in ("remove", "status", "violations") else []
+            name = ARGUMENTS.get(command, [])
             self.check_refused(2, f"kelvo-sim {command}: The following argument was not expected: --no: "
                                   f"see kelvo-sim {command} --help", command, *name, "--no")
 
     def test_a_camera_s_name_is_missing(self):
-        for command in ("remove", "status", "violations"):
+        self.check_refused(2, "kelvo-sim fault: NAME is required: see kelvo-sim fault --help", "fault", "list")
+        for command in set(ARGUMENTS) - {"fault"}:
             self.check_refused(2, f"kelvo-sim {command}: NAME is required: see kelvo-sim {command} --help", command)
 
     def test_a_program_is_missing(self):
@@ -60,6 +71,9 @@ class Arguments(tool.ToolTest):
     def test_values_that_options_do_not_take(self):
         for option, value, rule in (("--name", "a/b", NAME_RULE), ("--name", "a" * 33, NAME_RULE),
                                     ("--head", "vega", "tasmere or vetra"),
+                                    ("--module", "de051", "de015, df033 or t5391"),
+                                    ("--seed", "-1", "a number below 2^64"),
+                                    ("--seed", "1 clock=sleep", "a number below 2^64"),
                                     ("--clock", "5x", "real, sleep, or a number from 0.1 to 1000"),
                                     ("--clock", "0", "real, sleep, or a number from 0.1 to 1000")):
             self.check_refused(2, f'kelvo-sim run: {option}: "{value}" is not {rule}: see kelvo-sim run --help',

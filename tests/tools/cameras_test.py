@@ -72,27 +72,30 @@ class Looking(NamedCameras):
         self.assertEqual(data["violations"], 0)
         (boot,) = data["boots"]
         self.assertGreater(boot.pop("boot_time_ns"), 1_000_000_000)
-        motors = {motor.pop("motor"): motor for motor in boot.pop("motors")}
         self.assertEqual(boot, {"boot": 1, "attempts": 1, "program": "runs", "violations": 0, "module": "DF033",
-                                "version": 0x208, "filter": "on", "dc_iris": 0, "heater": 0, "stabiliser": False})
-        self.assertEqual(motors, {"zoom 1": {"position": 250, "counter": 250, "in": "steps"},
-                                  "zoom 2": {"position": 0, "counter": 0, "in": "1/8 steps"},
-                                  "zoom 3": {"position": 250, "counter": 250, "in": "steps"},
-                                  "focus": {"position": 2000, "counter": 2000, "in": "1/8 steps"}})
-        self.assertEqual(data["head"]["family"], "Vetra")
-        self.assertEqual(data["head"]["pan"]["state"], "at rest")
+                                "version": 0x208})
+        self.assertEqual(data["boot_devices"], [{"boot": 1, "filter": "on", "dc_iris": 0, "heater": 0,
+                                                 "stabiliser": "off"}])
+        motors = {motor.pop("motor"): motor for motor in data["boot_motors"]}
+        self.assertEqual(motors, {"zoom 1": {"boot": 1, "position": 250, "counter": 250, "in": "steps"},
+                                  "zoom 2": {"boot": 1, "position": 0, "counter": 0, "in": "1/8 steps"},
+                                  "zoom 3": {"boot": 1, "position": 250, "counter": 250, "in": "steps"},
+                                  "focus": {"boot": 1, "position": 2000, "counter": 2000, "in": "1/8 steps"}})
+        self.assertEqual(data["head"][0]["family"], "Vetra")
+        self.assertEqual(data["head"][0]["state"], "at rest")
 
     def test_status_of_the_head(self):
         self.check(self.run_on("pan_and_tilt"), 0)
         self.assertIn("  pan   Tasmere  32768     32768  on      at rest\n", tool.call("status", self.name).stdout)
-        head = self.json_of("status", self.name)["head"]
-        self.assertGreater(head.pop("transfers"), 10)
-        axis = {"position": 32768, "count": 32768, "limits": True, "state": "at rest"}
-        self.assertEqual(head, {"family": "Tasmere", "pan": axis, "tilt": axis})
+        data = self.json_of("status", self.name)
+        self.assertGreater(data["head_transfers"], 10)
+        self.assertEqual(data["head"], [{"axis": axis, "family": "Tasmere", "position": 32768, "count": 32768,
+                                         "limits": "on", "state": "at rest"} for axis in ("pan", "tilt")])
 
     def test_status_of_a_camera_that_nobody_booted(self):
         self.check(tool.call("run", "--name", self.name, "--clock", "sleep", "--", "true"), 0, "", "")
-        self.check(tool.call("status", self.name), 0, "  time simulated: 0.000 s\n  protocol violations: 0\n", "")
+        text = self.check(tool.call("status", self.name), 0, errors="").stdout
+        self.assertTrue(text.endswith("\n  time simulated: 0.000 s\n  protocol violations: 0\n"))
         self.assertEqual(self.json_of("status", self.name)["boots"], [])
 
     def test_a_clean_run_has_no_violations(self):
@@ -104,11 +107,12 @@ class Looking(NamedCameras):
     def test_violations_show_in_the_exit_code(self):
         self.check(self.run_on("hasty_program"), 0)
         result = self.check(tool.call("violations", self.name), 1, errors="")
-        self.assertRegex(result.stdout, r"^  time +to +frame +reason\n  \d+\.\d{3} s +pan controller ")
+        self.assertRegex(result.stdout, r"^  time +process +to +frame +reason\n  \d+\.\d{3} s +\d+ +pan controller ")
         data = self.json_of("violations", self.name, code=1)
         self.assertEqual(data["total"], len(data["listed"]))
-        self.assertEqual(set(data["listed"][0]), {"time_ns", "to", "frame", "bytes", "reason"})
+        self.assertEqual(set(data["listed"][0]), {"time_ns", "process", "to", "frame", "bytes", "reason"})
         self.assertEqual(data["listed"][0]["to"], "pan controller")
+        self.assertGreater(data["listed"][0]["process"], 0)
         self.assertEqual(self.json_of("status", self.name)["violations"], data["total"])
 
     def test_the_list(self):

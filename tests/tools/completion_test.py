@@ -31,6 +31,9 @@ class Completion:
 
     def test_values(self):
         self.assertEqual(self.complete("run", "--head", ""), ["tasmere", "vetra"])
+        offered = self.complete("fault", "")
+        for action in ("add", "list", "remove"):
+            self.assertIn(action, offered)
 
     def test_cameras(self):
         name = self.camera()

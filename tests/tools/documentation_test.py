@@ -9,7 +9,7 @@ import project
 import tool
 
 PAGE = (project.SOURCE / "docs/simulator.md").read_text()
-COMMANDS = ("run", "list", "remove", "status", "violations")
+COMMANDS = ("run", "list", "remove", "status", "violations", "fault", "peek", "poke", "push", "power", "trace")
 
 
 class Documentation(tool.ToolTest):

@@ -67,7 +67,11 @@ class Environment(tool.ToolTest):
     def test_options_become_settings(self):
         self.check_settings("head=vetra clock=2.5 corrupt=1+4 report=text", "--head", "vetra", "--clock", "2.5",
                             "--corrupt", "1", "4", "--report", settings="")
+        self.check_settings("module=t5391 seed=12 report=none", "--seed", "12", "--module", "t5391", settings="")
+        self.check_settings("violations=fatal report=none", "--stop-at-violation", settings="")
         self.check_settings("report=none", settings="")
+        self.check_settings("fault=spi:nth=2:kill fault=i2c:nak report=none", "--fault", "spi nth=2 kill",
+                            "--fault", "i2c:nak", settings="fault=gpio:kill")
 
     def test_options_replace_settings_of_the_environment(self):
         self.check_settings("clock=sleep head=vetra report=none", "--clock", "sleep",
@@ -96,6 +100,16 @@ class Cameras(tool.ToolTest):
                            project.setting("boot_and_move"), "df033")
         self.check(result, 1)
         self.assertEqual(result.stderr.count("NOT INTACT"), 1)
+
+    def test_a_program_that_is_stopped_at_its_first_violation(self):
+        result = tool.call("run", "--clock", "sleep", "--stop-at-violation", "--", project.setting("hasty_program"))
+        self.check(result, 123)
+        self.assertRegex(result.stderr, r"^KELVO_SIM: violation at 0\.000 s by process \d+ against the pan controller: "
+                                        r"32: there is no register 50\n$")
+
+    def test_a_program_without_violations_is_not_stopped(self):
+        self.check(tool.call("run", "--clock", "sleep", "--stop-at-violation", "--",
+                             project.setting("boot_and_move"), "df033"), 0, errors="")
 
     def test_both_families_of_heads(self):
         for family in ("Vetra", "Tasmere"):

@@ -16,7 +16,7 @@ def call(*arguments, variables=None, **options):
     """Runs kelvo-sim to its end. Its own variables come from `variables` alone."""
     environment = {name: value for name, value in os.environ.items() if not name.startswith("KELVO_SIM")}
     # Programs that are not the project's own do not care for the sanitizer that a preload library brings.
-    if "run" in arguments[:1]:
+    if "--" in arguments:
         environment["ASAN_OPTIONS"] = SANITIZER
     environment.update(variables or {})
     options.setdefault("stdin", subprocess.DEVNULL)

@@ -16,6 +16,9 @@ enum class ExitCode : std::uint8_t {
   unusable_camera = 4,
   camera_in_use = 5,
   no_output = 6,
+  no_fault = 7,
+  refused = 8,
+  stopped = 123,
   no_library = 124,
   out_of_reach = 125,
   not_executable = 126,
@@ -27,7 +30,7 @@ struct ExitCodeRow {
   const char* meaning;
 };
 
-// Those from 124 on are the launcher's, where few programs have codes of their own.
+// Those from 123 on are the launcher's, where few programs have codes of their own.
 inline constexpr std::array exit_codes{
     ExitCodeRow{ExitCode::done, "done"},
     ExitCodeRow{ExitCode::violations, "violations: there are some"},
@@ -36,10 +39,15 @@ inline constexpr std::array exit_codes{
     ExitCodeRow{ExitCode::unusable_camera, "the camera cannot be used"},
     ExitCodeRow{ExitCode::camera_in_use, "remove: programs use the camera"},
     ExitCodeRow{ExitCode::no_output, "the output could not be written"},
-    ExitCodeRow{ExitCode::no_library, "run: the preload library is missing or unfit"},
-    ExitCodeRow{ExitCode::out_of_reach, "run: the simulated camera cannot reach the program"},
-    ExitCodeRow{ExitCode::not_executable, "run: the program is not executable"},
-    ExitCodeRow{ExitCode::no_program, "run: the program is not found"},
+    ExitCodeRow{ExitCode::no_fault, "fault remove: there is no fault of this number"},
+    ExitCodeRow{ExitCode::refused,
+                "peek, poke, push: the camera does not have that, or refuses it"},
+    ExitCodeRow{ExitCode::stopped, "run: stopped at a violation"},
+    ExitCodeRow{ExitCode::no_library, "run, trace: the preload library is missing or unfit"},
+    ExitCodeRow{ExitCode::out_of_reach,
+                "run, trace: the simulated camera cannot reach the program"},
+    ExitCodeRow{ExitCode::not_executable, "run, trace: the program is not executable"},
+    ExitCodeRow{ExitCode::no_program, "run, trace: the program is not found"},
 };
 
 /// The table as lines of text under a heading.

@@ -8,14 +8,22 @@
 
 namespace kelvo::tools {
 
-/// Ends a command: one line that says what, where and what to do.
+/// Ends a command: one line that says what, where and what to do. The code is one of the tool's own table.
 class Failure : public std::runtime_error {
  public:
-  Failure(ExitCode code, const std::string& line) : std::runtime_error(line), code_(code) {}
-  ExitCode code() const { return code_; }
+  template <typename Code>
+  Failure(Code code, const std::string& line)
+      : std::runtime_error(line), code_(static_cast<int>(code)) {}
+  int code() const { return code_; }
 
  private:
-  ExitCode code_;
+  int code_;
+};
+
+/// A result could not be written.
+class OutputFailure : public Failure {
+ public:
+  explicit OutputFailure(const std::string& line) : Failure(ExitCode::no_output, line) {}
 };
 
 }  // namespace kelvo::tools

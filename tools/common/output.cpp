@@ -11,11 +11,12 @@
 namespace kelvo::tools {
 
 void print(std::string_view text) {
-  if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) {
-    return;
-  }
-  throw Failure(ExitCode::no_output,
-                "standard output: " + std::string(std::strerror(errno)) + ": look where it leads");
+  const std::size_t written = std::fwrite(text.data(), 1, text.size(), stdout);
+  const bool flushed = std::fflush(stdout) == 0;
+  // Of a line-buffered stream both can hide a failure.
+  if (written == text.size() && flushed && std::ferror(stdout) == 0) return;
+  throw OutputFailure("standard output: " + std::string(std::strerror(errno)) +
+                      ": look where it leads");
 }
 
 void print_json(const Json& members) {

@@ -26,7 +26,11 @@ void add_run(CLI::App& app, Context& context);
 void add_list(CLI::App& app);
 void add_remove(CLI::App& app);
 void add_status(CLI::App& app);
+/// peek, poke, push, power.
+void add_hands(CLI::App& app);
 void add_violations(CLI::App& app, Context& context);
+void add_fault(CLI::App& app);
+void add_trace(CLI::App& app, Context& context);
 
 }  // namespace kelvo::tools
 

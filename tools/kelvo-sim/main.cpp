@@ -33,6 +33,9 @@ void add_commands(CLI::App& app, Context& context) {
   add_remove(app);
   add_status(app);
   add_violations(app, context);
+  add_fault(app);
+  add_hands(app);
+  add_trace(app, context);
   add_pages(app, page());
 }
 
@@ -81,7 +84,7 @@ int run_tool(int argc, char** argv) {
     return report_arguments(app, error);
   } catch (const Failure& failure) {
     std::fprintf(stderr, "%s: %s\n", command_of(app).c_str(), failure.what());
-    return static_cast<int>(failure.code());
+    return failure.code();
   }
 }
 
@@ -93,7 +96,7 @@ int main(int argc, char** argv) {
     return kelvo::tools::run_tool(argc, argv);
   } catch (const kelvo::tools::Failure& failure) {
     std::fprintf(stderr, "%s: %s\n", kelvo::tools::tool_name, failure.what());
-    return static_cast<int>(failure.code());
+    return failure.code();
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s: %s\n", kelvo::tools::tool_name, error.what());
     return static_cast<int>(kelvo::tools::ExitCode::unusable_camera);

@@ -2,8 +2,10 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 
+#include "sim/fault/parse.h"
 #include "sim/wrapper/settings.h"
 #include "tools/common/failure.h"
+#include "tools/kelvo-sim/checked.h"
 #include "tools/kelvo-sim/commands.h"
 #include "tools/launch/launch.h"
 #include "tools/launch/launch_settings.h"
@@ -19,16 +21,13 @@ namespace {
   execute_on_camera(context.program, launch_settings(options, environment(sim::settings_variable)));
 }
 
-CLI::Validator checked(std::string_view values, bool (*good)(const std::string& text)) {
-  return {[values, good](std::string& text) {
-            return good(text) ? std::string() : "\"" + text + "\" is not " + std::string(values);
-          },
-          ""};
-}
-
 bool is_name(const std::string& text) { return sim::is_camera_name(text); }
 bool is_clock(const std::string& text) { return sim::parse_clock(text).has_value(); }
+bool is_module(const std::string& text) { return sim::parse_module(text).has_value(); }
+bool is_seed(const std::string& text) { return sim::parse_seed(text).has_value(); }
 bool is_head(const std::string& text) { return text == "vetra" || text == "tasmere"; }
+
+std::string check_fault(const std::string& text) { return sim::fault::parse(text).error; }
 
 }  // namespace
 
@@ -46,6 +45,16 @@ void add_run(CLI::App& app, Context& context) {
       ->type_name("tasmere|vetra")
       ->check(checked("tasmere or vetra", is_head));
   command
+      ->add_option("--module", options->module,
+                   "The lens, whose program runs; else it follows what is booted")
+      ->type_name("de015|df033|t5391")
+      ->check(checked(sim::module_values, is_module));
+  command
+      ->add_option("--seed", options->seed,
+                   "Another camera of its kind: where things stand, and noise; 0 is without")
+      ->type_name("N")
+      ->check(checked(sim::seed_values, is_seed));
+  command
       ->add_option("--clock", options->clock,
                    "Real time, N times as fast, or only while somebody sleeps")
       ->type_name("real|N|sleep")
@@ -54,7 +63,15 @@ void add_run(CLI::App& app, Context& context) {
       ->add_option("--corrupt", options->corrupt,
                    "Program downloads, from 1, that arrive with one bit flipped")
       ->type_name("N");
+  command
+      ->add_option("--fault", options->faults,
+                   "A fault that the camera has from the start; may be given several times")
+      ->type_name("FAULT")
+      ->allow_extra_args(false)
+      ->check(CLI::Validator(check_fault, ""));
   command->add_flag("--report", options->report, "Print a report when the program ends");
+  command->add_flag("--stop-at-violation", options->stop_at_violation,
+                    "End the program at its first violation, with exit code 123");
   command->callback([options, &context] { run(*options, context); });
 }
 

@@ -11,11 +11,9 @@ namespace kelvo::tools {
 namespace {
 
 Json to_json(const sim::camera::Violation& violation) {
-  return {{"time_ns", violation.time.count()},
-          {"to", name_of(violation.unit)},
-          {"frame", sim::frame_text(violation)},
-          {"bytes", violation.length},
-          {"reason", violation.reason.data()}};
+  return {{"time_ns", violation.time.count()}, {"process", violation.process},
+          {"to", name_of(violation.unit)},     {"frame", sim::frame_text(violation)},
+          {"bytes", violation.length},         {"reason", violation.reason.data()}};
 }
 
 void violations(const CameraArguments& arguments, Context& context) {

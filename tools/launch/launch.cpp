@@ -8,9 +8,11 @@
 #include <filesystem>
 #include <utility>
 
+#include "sim/fault/fault_table.h"
 #include "sim/state/shared_camera.h"
 #include "sim/wrapper/settings.h"
 #include "tools/common/failure.h"
+#include "tools/launch/launch_settings.h"
 #include "tools/launch/preload_library.h"
 #include "tools/launch/program.h"
 
@@ -29,6 +31,10 @@ void prepare_camera(const sim::Settings& settings) {
   const sim::OpenedCamera opened =
       sim::SharedCamera::open_or_make(settings.name, settings.camera, sim::Role::observer);
   if (opened.camera == nullptr) throw Failure(ExitCode::unusable_camera, opened.error);
+  for (const sim::fault::Fault& fault : settings.faults) {
+    if (opened.camera->change(sim::Extent::one_call).faults().add_anew(fault)) continue;
+    throw Failure(ExitCode::unusable_camera, settings.name + ": " + sim::fault::table_is_full);
+  }
 }
 
 void export_variable(const char* name, const std::string& value) {
@@ -62,7 +68,8 @@ void execute_on_camera(std::vector<std::string>& program, const std::string& set
   prepare_camera(parsed);
   const std::string preloaded = environment("LD_PRELOAD");
   export_variable("LD_PRELOAD", preloaded.empty() ? library : library + ":" + preloaded);
-  export_variable(sim::settings_variable, settings);
+  export_variable(sim::settings_variable,
+                  parsed.name.empty() ? settings : without_faults(settings));
   execute(path, program);
 }
 

@@ -30,10 +30,6 @@ int HeadBench::read_word(int slave, std::uint8_t reg) {
   return bytes.at(0) << 8 | bytes.at(1);
 }
 
-void HeadBench::wait_us(std::int64_t microseconds) {
-  camera.clock.advance(std::chrono::microseconds(microseconds));
-}
-
 void VetraBench::continuous(int slave, int direction, int speed) {
   write(slave, {3, low(direction), high(speed), low(speed)});
 }

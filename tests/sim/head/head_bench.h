@@ -25,7 +25,7 @@ class HeadBench : public Bench {
   Frame read(int slave, std::uint8_t reg, std::size_t length);
   /// The 16-bit value of a register.
   int read_word(int slave, std::uint8_t reg);
-  void wait_us(std::int64_t microseconds);
+  void wait(std::chrono::nanoseconds time) { camera.clock.advance(time); }
 };
 
 /// Nobody has asked for the family, so no pause is due.

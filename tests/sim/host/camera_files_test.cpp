@@ -33,8 +33,10 @@ TEST(CameraFiles, AreTheTwoRecordsWithTheirCopiesAndTheDefault) {
         "/bin/DC_S_Cali_T5391.dat"}) {
     EXPECT_TRUE(CameraFiles::claims(path)) << path;
   }
-  for (const char* const path : {"/bin/sh", "/tmp/other", "DC_S_Cali.dat",
-                                 "/tmp/DC_S_Cali_T5391.dat", "/mnt/nand/DC_S_Cali_T5391.dat"}) {
+  EXPECT_TRUE(CameraFiles::claims("/bin/DC_S_Cali.dat.new")) << "it takes the record's place";
+  for (const char* const path :
+       {"/bin/sh", "/tmp/other", "DC_S_Cali.dat", "/tmp/DC_S_Cali_T5391.dat",
+        "/mnt/nand/DC_S_Cali_T5391.dat", "/bin/sh.new", ".new", "new", ""}) {
     EXPECT_FALSE(CameraFiles::claims(path)) << path;
   }
 }
@@ -153,6 +155,34 @@ TEST(CameraFiles, AreWrittenAndReadUnderTheCamerasPaths) {
     EXPECT_STREQ(text, path);
     EXPECT_EQ(fclose(in), 0);
   }
+}
+
+TEST(CameraFiles, TakeTheNameOfARecord) {
+  const TestFolder folder;
+  InstalledCamera camera(with_files(folder.path()));
+  FILE* const out = fopen("/bin/OIS_S_Cali.dat.new", "wb");
+  ASSERT_NE(out, nullptr);
+  fputs("new", out);
+  EXPECT_EQ(fclose(out), 0);
+  EXPECT_FALSE(fs::exists(folder.path() / "bin" / "OIS_S_Cali.dat"));
+  EXPECT_EQ(rename("/bin/OIS_S_Cali.dat.new", "/bin/OIS_S_Cali.dat"), 0);
+  EXPECT_EQ(content(folder.path() / "bin" / "OIS_S_Cali.dat"), "new");
+  EXPECT_FALSE(fs::exists(folder.path() / "bin" / "OIS_S_Cali.dat.new"));
+}
+
+TEST(CameraFiles, CannotTakeANameWhenThereIsNoSuchFile) {
+  InstalledCamera camera;
+  errno = 0;
+  EXPECT_EQ(rename("/bin/OIS_S_Cali.dat.new", "/bin/OIS_S_Cali.dat"), -1);
+  EXPECT_EQ(errno, ENOENT);
+}
+
+TEST(CameraFiles, LeaveTheNamesOfOtherFilesAlone) {
+  const TestFolder folder;
+  InstalledCamera camera;
+  std::ofstream(folder.path() / "one") << "one";
+  EXPECT_EQ(rename((folder.path() / "one").c_str(), (folder.path() / "other").c_str()), 0);
+  EXPECT_EQ(content(folder.path() / "other"), "one");
 }
 
 TEST(CameraFiles, AreMissingUntilTheyAreWritten) {

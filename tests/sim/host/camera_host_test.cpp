@@ -183,9 +183,10 @@ TEST(SleepClock, AdvancesByEverySleepAlike) {
 
 TEST(SleepClock, StandsStillOtherwise) {
   InstalledCamera camera;
-  std::uint8_t bytes[5] = {0xF5, 0x04, 0x00, 0x00, 0xA0};
+  EXPECT_EQ(system("echo 33 > /sys/class/gpio/export"), 0);
   const int lens = open("/dev/spi_renesas", O_RDWR);
-  for (int i = 0; i < 100; ++i) transfer(lens, bytes, bytes, 5);
+  EXPECT_EQ(transfer(lens, nullptr, nullptr, 5), -EFAULT);
+  EXPECT_EQ(ftok("/lib/libkelvo.so", 0), ftok("/lib/libkelvo.so", 0));
   EXPECT_EQ(camera.now(), 0s);
   close(lens);
 }

@@ -1,5 +1,4 @@
-// A simulated camera in the place of the kernel, for as long as it lives. Its clock moves only when
-// somebody sleeps, unless the settings say otherwise.
+// What the tests with a camera behind the seam share.
 #ifndef KELVO_TESTS_SIM_HOST_INSTALLED_CAMERA_H
 #define KELVO_TESTS_SIM_HOST_INSTALLED_CAMERA_H
 
@@ -8,27 +7,11 @@
 #include <string>
 #include <string_view>
 
-#include "sim/wrapper/camera_host.h"
+#include "sim/testing/test_camera.h"
 
 namespace kelvo::test {
 
-class InstalledCamera {
- public:
-  explicit InstalledCamera(std::string_view settings = "clock=sleep");
-  ~InstalledCamera();
-  InstalledCamera(const InstalledCamera&) = delete;
-  InstalledCamera& operator=(const InstalledCamera&) = delete;
-
-  sim::CameraHost& host() { return host_; }
-  sim::camera::Camera state() { return host_.camera(); }
-  std::chrono::nanoseconds now() { return state().clock.now(); }
-  std::int32_t position(sim::camera::Output output);
-  /// The camera's report.
-  std::string report();
-
- private:
-  sim::CameraHost host_;
-};
+using InstalledCamera = sim::TestCamera;
 
 /// A folder of the test's own, removed with what is in it.
 class TestFolder {

@@ -124,9 +124,9 @@ TEST(LibraryFilter, IsThrownToAndFroOnEveryModule) {
     std::int32_t (*boot)();
     FilterPlace at_first;
     std::chrono::nanoseconds time;
-  } rows[] = {{Init30516, FilterPlace::between, 0ms},
-              {Init30516_DF033, FilterPlace::on, 200ms},
-              {Init30516_T5391, FilterPlace::off, 510ms}};
+  } rows[] = {{Init30516, FilterPlace::between, 9 * 16us},  // words; the others' are command frames
+              {Init30516_DF033, FilterPlace::on, 200ms + 5 * 56us},
+              {Init30516_T5391, FilterPlace::off, 510ms + 11 * 56us}};
   for (const auto& row : rows) {
     ASSERT_EQ(row.boot(), 0);
     EXPECT_EQ(filter(camera), row.at_first);

@@ -84,10 +84,10 @@ Simulated camera
   words on the PT5111's own device: 1
   time simulated: 2.200 s
   protocol violations: 3
-  time     to               frame                                                           reason
-  2.200 s  lens controller  05 00 00 00 00 05 00                                            the controller was started without the three images of one module
-  2.200 s  PT5111           01                                                              a word of 1 bytes, must be 2
-  2.200 s  lens controller  11 11 11 11 11 11 11 11 11 11 11 11 11 11 11 11 ... (20 bytes)  the controller was started without the three images of one module
+  time     process  to               frame                                                           reason
+  2.200 s  -        lens controller  05 00 00 00 00 05 00                                            the controller was started without the three images of one module
+  2.200 s  -        PT5111           01                                                              a word of 1 bytes, must be 2
+  2.200 s  -        lens controller  11 11 11 11 11 11 11 11 11 11 11 11 11 11 11 11 ... (20 bytes)  the controller was started without the three images of one module
 )");
 }
 
@@ -104,12 +104,12 @@ Simulated camera
 
   head  family  position  count  limits  state
   pan   Vetra   40002     7013   on      at rest
-  tilt  Vetra   9830      800    off     moves
+  tilt  Vetra   18022     16550  off     moves
 
   time simulated: 0.700 s
   protocol violations: 1
-  time     to               frame  reason
-  0.700 s  tilt controller  02     there is no register 2
+  time     process  to               frame  reason
+  0.700 s  -        tilt controller  02     there is no register 2
 )");
 }
 
@@ -129,6 +129,30 @@ Simulated camera
   time simulated: 0.000 s
   protocol violations: 0
 )");
+}
+
+TEST(Report, SaysWhenThePowerIsOff) {
+  Bench bench;
+  bench.camera.power_off();
+  EXPECT_EQ(report(bench.camera), R"(
+Simulated camera
+
+  the power is off
+  time simulated: 0.000 s
+  protocol violations: 0
+)");
+}
+
+TEST(Report, SaysWhichBootAPowerCutEnded) {
+  Bench bench;
+  bench.camera.fit_module(kelvo::wire::LensModule::t5391);
+  EXPECT_NE(report(bench.camera).find("1     T5391   0309     0         runs "), std::string::npos)
+      << report(bench.camera);
+  bench.camera.power_off();
+  bench.camera.power_on();
+  EXPECT_NE(report(bench.camera).find("1     T5391   0309     0         power cut  "),
+            std::string::npos)
+      << report(bench.camera);
 }
 
 TEST(Report, OfAResetAlone) {

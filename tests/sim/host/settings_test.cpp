@@ -26,6 +26,8 @@ TEST(Settings, HaveDefaults) {
   EXPECT_EQ(settings.camera.files, std::nullopt);
   EXPECT_EQ(settings.camera.corrupt, std::nullopt);
   EXPECT_EQ(settings.camera.head, std::nullopt);
+  EXPECT_EQ(settings.camera.module, std::nullopt);
+  EXPECT_EQ(settings.camera.seed, std::nullopt);
   EXPECT_EQ(settings.report, ReportMode::text);
   EXPECT_EQ(settings.report_file, "");
 }
@@ -59,16 +61,16 @@ TEST(Settings, MayHaveAnEqualsSignInAPath) { EXPECT_EQ(good("files=a=b").camera.
 TEST(Settings, NameAnUnknownOneAndListAllThatThereAre) {
   EXPECT_EQ(error_of("clok=sleep"),
             "KELVO_SIM: there is no setting \"clok\": there are name, clock, files, corrupt, "
-            "head, report, report-file");
+            "head, module, seed, fault, report, report-file, real, violations");
   EXPECT_EQ(error_of("sleep"),
             "KELVO_SIM: there is no setting \"sleep\": there are name, clock, files, corrupt, "
-            "head, report, report-file");
+            "head, module, seed, fault, report, report-file, real, violations");
   EXPECT_EQ(error_of("=sleep"),
             "KELVO_SIM: there is no setting \"\": there are name, clock, files, corrupt, "
-            "head, report, report-file");
+            "head, module, seed, fault, report, report-file, real, violations");
   EXPECT_EQ(error_of("Clock=sleep"),
             "KELVO_SIM: there is no setting \"Clock\": there are name, clock, files, corrupt, "
-            "head, report, report-file");
+            "head, module, seed, fault, report, report-file, real, violations");
 }
 
 TEST(Settings, NameAWrongValueAndListTheRightOnes) {
@@ -129,6 +131,36 @@ TEST(Settings, RefuseEveryOtherWayToWriteDownloadNumbers) {
   EXPECT_EQ(good("corrupt=1+2+3+4+5+6+7+8+9+10+11+12+13+14+15+16").camera.corrupt->size(), 16u);
 }
 
+TEST(Settings, MayHaveSeveralFaults) {
+  const Settings settings = good("fault=spi:command=62:nth=3:error=EIO clock=sleep fault=i2c:nak");
+  ASSERT_EQ(settings.faults.size(), 2u);
+  EXPECT_STREQ(settings.faults[0].text.data(), "spi command=62 nth=3 error=EIO");
+  EXPECT_STREQ(settings.faults[1].text.data(), "i2c nak");
+  EXPECT_TRUE(good("").faults.empty());
+}
+
+TEST(Settings, SayWhatIsWrongWithAFault) {
+  EXPECT_EQ(error_of("fault=gpio:comand=62:kill"),
+            "KELVO_SIM: \"fault\" cannot be \"gpio:comand=62:kill\": there is no word \"comand\": "
+            "there are frame, direction, nth, every, times, error, kill");
+  EXPECT_EQ(
+      error_of("fault="),
+      "KELVO_SIM: \"fault\" cannot be \"\": the fault is empty: begin with one of spi, pt5111, "
+      "i2c, gpio, file");
+  EXPECT_EQ(error_of("fault"),
+            "KELVO_SIM: \"fault\" has no value: write fault= and a fault with : between its words "
+            "(fault=spi:command=62:error=EIO)");
+}
+
+TEST(Settings, HaveNoMoreFaultsThanACamera) {
+  std::string text;
+  for (int i = 0; i < 32; ++i) text += "fault=gpio:kill ";
+  EXPECT_EQ(good(text).faults.size(), 32u);
+  EXPECT_EQ(error_of(text + "fault=spi:kill"),
+            "KELVO_SIM: \"fault\" cannot be \"spi:kill\": there is room for 32 faults: remove one "
+            "first");
+}
+
 TEST(Settings, AreGivenOnlyOnce) {
   EXPECT_EQ(error_of("clock=sleep clock=sleep"), "KELVO_SIM: \"clock\" is given twice");
 }
@@ -136,6 +168,28 @@ TEST(Settings, AreGivenOnlyOnce) {
 TEST(Settings, AreRefusedForTheFirstMistake) {
   EXPECT_EQ(error_of("clock=sleep report=x clok=y"),
             "KELVO_SIM: \"report\" cannot be \"x\": it takes none or text");
+}
+
+TEST(Settings, NameTheLens) {
+  using kelvo::wire::LensModule;
+  EXPECT_EQ(good("module=de015").camera.module, LensModule::de015);
+  EXPECT_EQ(good("module=df033").camera.module, LensModule::df033);
+  EXPECT_EQ(good("module=t5391").camera.module, LensModule::t5391);
+  for (const char* const value : {"DE015", "7", "de01", "de0155", ""}) {
+    EXPECT_EQ(error_of(std::string("module=") + value),
+              std::string("KELVO_SIM: \"module\" cannot be \"") + value +
+                  "\": it takes de015, df033 or t5391");
+  }
+}
+
+TEST(Settings, TakeASeedOf64Bits) {
+  EXPECT_EQ(good("seed=0").camera.seed, 0u);
+  EXPECT_EQ(good("seed=18446744073709551615").camera.seed, 18446744073709551615u);
+  for (const char* const value : {"18446744073709551616", "-1", "+1", "1x", "0x1", ""}) {
+    EXPECT_EQ(error_of(std::string("seed=") + value),
+              std::string("KELVO_SIM: \"seed\" cannot be \"") + value +
+                  "\": it takes a number below 2^64");
+  }
 }
 
 TEST(Settings, EndTheProcessWithTwo) { EXPECT_EQ(kelvo::sim::wrong_settings_exit_code, 2); }

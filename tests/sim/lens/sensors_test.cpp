@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "sim/camera/bench.h"
 
 namespace {
@@ -207,6 +209,56 @@ TEST(Converter, GivesWayToTheInterruptersOfDe015WithTheirSupply) {
   bench.write_register(136, 2);
   EXPECT_EQ(bench.query32(0x81, 0), level);
   EXPECT_GT(level, 1228u);
+}
+
+TEST(Interrupters, AreInterruptedAndClearedAtTheSameEdge) {
+  Bench bench;
+  bench.boot(8);
+  bench.camera.push(Output::focus_channel, -4399);
+  EXPECT_EQ(bench.query32(0xA0, 0), 0u);
+  bench.move_channel(0, 0x640, 1, 10 * 1024 + 500);
+  bench.wait_ms(1);
+  EXPECT_EQ(bench.query32(0xA0, 0), 1u);
+  bench.move_channel(0, 0x600, 1, 10 * 1024 + 500);
+  bench.wait_ms(1);
+  EXPECT_EQ(bench.query32(0xA0, 0), 0u);
+}
+
+TEST(Interrupters, SeeOnEachSideOfTheirEdges) {
+  const struct {
+    int module;
+    std::uint8_t sensor;
+    Output output;
+    int edge;
+  } rows[] = {
+      {8, 0, Output::focus_channel, -4400}, {8, 1, Output::zoom_channel, -4800},
+      {8, 2, Output::zoom3_block, -700},    {9, 0, Output::focus_channel, -600},
+      {9, 1, Output::zoom_channel, -1500},
+  };
+  for (const auto& row : rows) {
+    Bench bench;
+    bench.boot(row.module);
+    bench.camera.push(row.output, row.edge + 1);
+    EXPECT_EQ(bench.query32(0xA0, row.sensor), 0u) << row.edge;
+    bench.camera.push(row.output, -1);
+    EXPECT_EQ(bench.query32(0xA0, row.sensor), 1u) << row.edge;
+    bench.camera.push(row.output, -100'000);
+    EXPECT_EQ(bench.query32(0xA0, row.sensor), 1u) << row.edge;
+  }
+}
+
+TEST(Converter, HasNoiseOnACameraWithASeed) {
+  Bench bench;
+  bench.camera.vary(2);
+  bench.boot(9);
+  std::set<int> seen;
+  bench.command(32, 0, 0, 0, 96);
+  for (int i = 0; i < 200; ++i) {
+    bench.wait_ms(10);
+    seen.insert(bench.query(0x81, 2));
+  }
+  EXPECT_EQ(*seen.begin(), 0x0C58 - 4);
+  EXPECT_EQ(*seen.rbegin(), 0x0C58 + 4);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "sim/camera/bench.h"
 
 namespace {
@@ -128,6 +130,60 @@ TEST(Stabiliser, IsStableWhileTheSwingIsWithinTheLimit) {
   EXPECT_EQ(bench.query32(0xF9), 0u);
   bench.command16(18, 600);
   EXPECT_EQ(bench.query32(0xF9), 1u);
+}
+
+TEST(Stabiliser, MovesTheLensByItsGyroGains) {
+  Bench bench = stabilised(7);
+  bench.command(2, 0, 0, 0, 0);
+  bench.wait_ms(100);
+  bench.command32(0x68, 0x0800);
+  bench.command32(0x69, 0x2000);
+  EXPECT_EQ(bench.query32(0xF2), 0x07F407DAu) << "12 for 24, 38 for 19";
+  bench.command32(0x68, 0);
+  EXPECT_EQ(bench.query32(0xF3), 0x0800u);
+  bench.command32(0x68, 0xFFFFFFFF);
+  EXPECT_EQ(bench.query32(0xF3), 0x0100u);
+}
+
+TEST(Stabiliser, LeavesAnAxisWithoutRangeAtRest) {
+  Bench bench = stabilised(7);
+  bench.command(2, 0, 0, 0, 0);
+  bench.wait_ms(100);
+  bench.command16(108, 0);
+  EXPECT_EQ(bench.query32(0xF2), 0x080007EDu);
+  bench.command16(109, 0);
+  EXPECT_EQ(bench.query32(0xF2), 0x08000800u);
+  bench.command16(107, 1);
+  EXPECT_EQ(bench.query32(0xF2), 0x07E807EDu);
+}
+
+TEST(Stabiliser, SeesTheLensGoThroughItsTravelInACalibration) {
+  Bench bench = stabilised(7);
+  bench.command16(4, 1);
+  bench.command16(5, 1);
+  EXPECT_EQ(bench.query32(0xF2), 0x0162014Du);
+  bench.wait_ms(1000);
+  EXPECT_EQ(bench.query32(0xF2), 0x0E9B0EB0u);
+  bench.wait_ms(500);
+  EXPECT_EQ(bench.query32(0xF3), 0x07FEu) << "half-way down";
+  bench.wait_ms(10'500);
+  EXPECT_EQ(bench.query32(0xF2), 0x07D40823u) << "it is over";
+}
+
+TEST(Stabiliser, SeesNoiseOnACameraWithASeed) {
+  Bench bench;
+  bench.camera.vary(11);
+  bench.boot(7);
+  std::set<std::uint32_t> hall;
+  std::set<std::uint32_t> gyro;
+  for (int i = 0; i < 100; ++i) {
+    bench.wait_ms(2000);  // where X swings through 0
+    hall.insert(bench.query32(0xF3));
+    gyro.insert(bench.query32(0xF7) >> 16);
+    EXPECT_EQ(bench.query32(0xF3), bench.query32(0xF3)) << "at one moment it is one value";
+  }
+  EXPECT_EQ(hall, (std::set<std::uint32_t>{0x07FE, 0x07FF, 0x0800, 0x0801, 0x0802}));
+  EXPECT_EQ(*gyro.rbegin() - *gyro.begin(), 6u);
 }
 
 TEST(Loops, KeepTheIrisTargetAndTheHeater) {

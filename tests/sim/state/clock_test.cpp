@@ -98,6 +98,59 @@ bool anybody_asleep(const SharedCamera& camera) {
                      [](const auto& process) { return process.asleep; });
 }
 
+TEST(SharedSleepClock, GoesOnWithTheTransfersOfThoseWhoDoNotSleep) {
+  NamedCamera named;
+  const auto camera = named.use(sleep_clock());
+  Child sleeper([&] { return camera->sleep(10ms); });
+  // Whoever is kept from calling for too long finds the sleeper gone with the clock.
+  while (!anybody_asleep(*camera) && camera->snapshot().clock.now() < 10ms) {
+  }
+  int transfers = 0;
+  const auto begun = Real::now();
+  while (camera->snapshot().clock.now() < 10ms && Real::now() - begun < 30s) {
+    camera->change()->clock.advance(56us);
+    ++transfers;
+  }
+  EXPECT_EQ(sleeper.wait(), 0);
+  EXPECT_LT(camera->snapshot().clock.now(), 11ms);
+  EXPECT_LE(transfers, 179) << "10 ms, 56 us each";
+}
+
+TEST(SharedSleepClock, AddsTransfersUpAndNeverSleeps) {
+  constexpr int times = 500;
+  NamedCamera named;
+  const auto camera = named.use(sleep_clock());
+  const auto transfer = [&] {
+    for (int i = 0; i < times; ++i) camera->change()->clock.advance(56us);
+    return 0;
+  };
+  Child child(transfer);
+  transfer();
+  EXPECT_EQ(child.wait(), 0);
+  EXPECT_EQ(camera->snapshot().clock.now(), 2 * times * 56us);
+}
+
+TEST(SharedSleepClock, HoldsUpNobodyWhoSleepsAndTransfersInTurns) {
+  constexpr int times = 200;
+  NamedCamera named;
+  const auto camera = named.use(sleep_clock());
+  const auto work = [&] {
+    for (int i = 0; i < times; ++i) {
+      camera->sleep(1ms);
+      camera->change()->clock.advance(56us);
+    }
+    return 0;
+  };
+  const auto begun = Real::now();
+  Child first(work);
+  Child second(work);
+  work();
+  EXPECT_EQ(first.wait(), 0);
+  EXPECT_EQ(second.wait(), 0);
+  EXPECT_GE(camera->snapshot().clock.now(), times * 1056us);
+  EXPECT_LT(Real::now() - begun, 30s);
+}
+
 TEST(SharedSleepClock, WakesUpTheEarliestFirst) {
   NamedCamera named;
   const auto camera = named.use(sleep_clock());

@@ -82,6 +82,40 @@ TEST(SharedCamera, HasTheSettingsThatItWasMadeWith) {
   EXPECT_EQ(named.error_of(many_settings()), "");
 }
 
+TEST(SharedCamera, KeepsItsLens) {
+  NamedCamera named;
+  WantedSettings wanted;
+  wanted.module = kelvo::wire::LensModule::df033;
+  named.use(wanted);
+  EXPECT_EQ(named.use()->settings().module, kelvo::wire::LensModule::df033);
+  EXPECT_EQ(named.use()->snapshot().lens().module(), kelvo::wire::LensModule::df033);
+  EXPECT_EQ(named.error_of(wanted), "");
+  wanted.module = kelvo::wire::LensModule::t5391;
+  EXPECT_EQ(named.error_of(wanted),
+            "camera \"" + named.name() +
+                "\" was made with module=df033, not module=t5391: leave module away, or remove the "
+                "camera first");
+}
+
+TEST(SharedCamera, HasNoLensOfItsOwnUnlessItWasMadeWithOne) {
+  NamedCamera named;
+  named.use();
+  WantedSettings wanted;
+  wanted.module = kelvo::wire::LensModule::de015;
+  EXPECT_EQ(named.error_of(wanted),
+            "camera \"" + named.name() +
+                "\" was made without module, not module=de015: leave module away, or remove the "
+                "camera first");
+}
+
+TEST(SharedCamera, IsAnotherOneByItsSeed) {
+  NamedCamera named;
+  WantedSettings wanted;
+  wanted.seed = 6;
+  const auto camera = named.use(wanted);
+  EXPECT_NE(camera->snapshot().head().pan().axis().position({}), 32'768u);
+}
+
 TEST(SharedCamera, DoesNotTakeOtherSettingsLater) {
   NamedCamera named;
   named.use(many_settings());
@@ -236,6 +270,14 @@ TEST(SharedCamera, LeavesAFolderAloneThatWasNamed) {
   named.use(wanted);
   EXPECT_EQ(SharedCamera::remove(named.name(), Removal::if_unused), "");
   EXPECT_TRUE(std::filesystem::exists(named.place()));
+}
+
+TEST(SharedCamera, IsRemovedFromUnderThoseWhoOnlyLookIn) {
+  NamedCamera named;
+  named.use();
+  const auto observed = SharedCamera::open(named.name(), kelvo::sim::Role::observer).camera;
+  EXPECT_EQ(SharedCamera::remove(named.name(), Removal::if_unused), "");
+  EXPECT_FALSE(observed->exists());
 }
 
 TEST(SharedCamera, IsNotRemovedFromUnderThoseWhoUseIt) {

@@ -1,0 +1,76 @@
+#include "sim/seam/descriptors.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <string>
+#include <string_view>
+
+#include "sim/seam/camera_paths.h"
+#include "sim/seam/real.h"
+
+namespace kelvo::sim {
+namespace {
+
+constexpr std::uint8_t simulated_bit = 0x80;
+constexpr char placeholder_prefix[] = "kelvo-sim:";
+constexpr Device devices[] = {Device::spi_renesas, Device::spi_pt5111, Device::i2c_2};
+
+std::array<std::atomic<std::uint8_t>, highest_descriptor + 1> table{};
+
+bool in_table(int descriptor) { return descriptor >= 0 && descriptor <= highest_descriptor; }
+
+/// What the kernel says that a descriptor leads to; empty for none.
+std::string target_of(int descriptor) {
+  const int error = errno;
+  std::array<char, 64> target{};  // longer ones are not the camera's
+  const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+  const ssize_t length = readlink(link.c_str(), target.data(), target.size());
+  errno = error;
+  return {target.data(), length > 0 ? static_cast<std::size_t>(length) : 0};
+}
+
+}  // namespace
+
+Opened opened_at(int descriptor) {
+  if (!in_table(descriptor)) return {};
+  const std::uint8_t entry =
+      table[static_cast<std::size_t>(descriptor)].load(std::memory_order_relaxed);
+  return {static_cast<Device>(entry & ~simulated_bit), (entry & simulated_bit) != 0};
+}
+
+void set_opened(int descriptor, Opened opened) {
+  if (!in_table(descriptor)) return;
+  const auto device = static_cast<unsigned>(opened.device);
+  table[static_cast<std::size_t>(descriptor)].store(
+      static_cast<std::uint8_t>(device | (opened.simulated ? simulated_bit : 0U)),
+      std::memory_order_relaxed);
+}
+
+Opened find_opened(int descriptor) {
+  const Opened known = opened_at(descriptor);
+  if (known.device != Device::none || descriptor < 0) return known;
+  const std::string target = target_of(descriptor);
+  for (const Device device : devices) {
+    const std::string path = path_of(device);
+    const bool simulated = target.starts_with("/memfd:" + (placeholder_prefix + path));
+    if (!simulated && target != path) continue;
+    const Opened found{device, simulated};
+    set_opened(descriptor, found);
+    return found;
+  }
+  return {};
+}
+
+int open_placeholder(Device device, bool close_on_exec) {
+  const std::string name = std::string(placeholder_prefix) + path_of(device);
+  const int descriptor = memfd_create(name.c_str(), close_on_exec ? MFD_CLOEXEC : 0);
+  if (descriptor >= 0) return descriptor;
+  return real().open("/dev/null", O_RDWR | (close_on_exec ? O_CLOEXEC : 0));
+}
+
+}  // namespace kelvo::sim

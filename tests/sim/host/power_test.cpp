@@ -1,0 +1,178 @@
+// The camera's power behind the real library: what answers, and what its files keep.
+#include <gtest/gtest.h>
+#include <kelvo.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "sim/host/installed_camera.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using kelvo::test::InstalledCamera;
+using kelvo::test::TestFolder;
+
+class Files : public testing::Test {
+ protected:
+  TestFolder folder;
+  InstalledCamera camera{"clock=sleep files=" + folder.path().string()};
+
+  std::string content(const char* path) const {
+    std::ifstream stream(folder.path() / fs::path(path).relative_path(), std::ios::binary);
+    if (!stream) return "missing";
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  }
+  void cut() {
+    camera.host().power_off();
+    camera.host().power_on();
+  }
+};
+
+/// Writes a text to a camera file; with the synchronisation that the library offers, or without.
+void write(const char* path, const char* text, bool synchronised) {
+  FILE* const stream = fopen(path, "wb");
+  ASSERT_NE(stream, nullptr);
+  fputs(text, stream);
+  if (synchronised) {
+    EXPECT_EQ(FileSync(stream), 0);
+  }
+  fclose(stream);
+}
+
+TEST_F(Files, ThatAreNotSynchronisedAreLost) {
+  write("/bin/DC_S_Cali.dat", "new", false);
+  EXPECT_EQ(content("/bin/DC_S_Cali.dat"), "new");
+  cut();
+  EXPECT_EQ(content("/bin/DC_S_Cali.dat"), "missing");
+  EXPECT_EQ(fopen("/bin/DC_S_Cali.dat", "rb"), nullptr);
+}
+
+TEST_F(Files, ThatAreSynchronisedAreKept) {
+  write("/bin/DC_S_Cali.dat", "new", true);
+  cut();
+  EXPECT_EQ(content("/bin/DC_S_Cali.dat"), "new");
+}
+
+TEST_F(Files, AreWhatWasLastSynchronised) {
+  write("/bin/DC_S_Cali.dat", "first", true);
+  write("/bin/DC_S_Cali.dat", "second", false);
+  cut();
+  EXPECT_EQ(content("/bin/DC_S_Cali.dat"), "first");
+}
+
+TEST_F(Files, LoseWhatIsWrittenBehindTheSynchronisation) {
+  FILE* const stream = fopen("/tmp/DC_S_Cali.dat", "wb");
+  ASSERT_NE(stream, nullptr);
+  fputs("safe", stream);
+  FileSync(stream);
+  fputs(" and not", stream);
+  fclose(stream);
+  EXPECT_EQ(content("/tmp/DC_S_Cali.dat"), "safe and not");
+  cut();
+  EXPECT_EQ(content("/tmp/DC_S_Cali.dat"), "safe");
+}
+
+TEST_F(Files, AreNotSynchronisedByAnotherFile) {
+  FILE* const stream = fopen("/bin/OIS_S_Cali.dat", "wb");
+  ASSERT_NE(stream, nullptr);
+  write("/bin/DC_S_Cali.dat", "new", true);
+  fputs("lost", stream);
+  fclose(stream);
+  cut();
+  EXPECT_EQ(content("/bin/OIS_S_Cali.dat"), "missing");
+}
+
+TEST_F(Files, KeepTheDefaultRecordThatTheCameraCameWith) {
+  write("/bin/DC_S_Cali.dat", "new", true);
+  const std::string record = content("/bin/DC_S_Cali_T5391.dat");
+  EXPECT_EQ(record.size(), 24u);
+  write("/bin/DC_S_Cali_T5391.dat", "spoilt", false);
+  cut();
+  EXPECT_EQ(content("/bin/DC_S_Cali_T5391.dat"), record);
+}
+
+TEST_F(Files, CannotBeOpenedWithoutPower) {
+  write("/bin/DC_S_Cali.dat", "new", true);
+  camera.host().power_off();
+  errno = 0;
+  EXPECT_EQ(fopen("/bin/DC_S_Cali.dat", "rb"), nullptr);
+  EXPECT_EQ(errno, EIO);
+}
+
+TEST_F(Files, OfAQualityCheckSurviveAPowerCut) {
+  SetLensType(7);  // frees the link
+  ASSERT_EQ(OIS_Quality_Check(), 0);
+  const std::string record = content("/bin/OIS_S_Cali.dat");
+  EXPECT_EQ(record.size(), 60u);
+  cut();
+  for (const char* const path :
+       {"/mnt/nand/OIS_S_Cali.dat", "/tmp/OIS_S_Cali.dat", "/bin/OIS_S_Cali.dat"}) {
+    EXPECT_EQ(content(path), record) << path;
+  }
+  EXPECT_EQ(Load_QC(), 0);
+}
+
+TEST(PowerOff, MakesABootFailAndTheNextOneSucceed) {
+  InstalledCamera camera;
+  camera.host().power_off();
+  EXPECT_EQ(Init30516_T5391(), 1);
+  EXPECT_EQ(camera.state().violations().total(), 0u);
+  camera.host().power_on();
+  EXPECT_EQ(Init30516_T5391(), 0);
+  unsigned version = 0;
+  EXPECT_EQ(getVersion(&version), 0);
+  EXPECT_EQ(version, 0x0309u);
+}
+
+TEST(PowerOff, LeavesTheHeadSilent) {
+  InstalledCamera camera;
+  Init_I2C();
+  EXPECT_EQ(GetMotorType(), 2);
+  unsigned position = 0;
+  GetPanPos(&position);
+  EXPECT_EQ(position, 32'768u);
+  camera.host().power_off();
+  EXPECT_EQ(GetPanSleepMode(), -1);
+  camera.host().power_on();
+  EXPECT_EQ(GetPanSleepMode(), 0);
+  Release_I2C();
+}
+
+TEST(FittedModule, NeedsNoBoot) {
+  InstalledCamera camera("clock=sleep module=df033");
+  EXPECT_EQ(SetLensType(8), 0);
+  unsigned version = 0;
+  EXPECT_EQ(getVersion(&version), 0);
+  EXPECT_EQ(version, 0x0208u);
+  EXPECT_EQ(setFocusForward(100, 200), 0);
+  std::uint8_t running = 0;
+  EXPECT_EQ(getFocusStatus(&running), 0);
+  EXPECT_EQ(running, 1);
+  EXPECT_EQ(camera.state().violations().total(), 0u);
+}
+
+TEST(FittedModule, IsHeldAgainstAnotherModulesBoot) {
+  InstalledCamera camera("clock=sleep module=df033");
+  EXPECT_EQ(Init30516_T5391(), 0);
+  const auto state = camera.state();
+  ASSERT_EQ(state.violations().total(), 1u);
+  EXPECT_STREQ(state.violations().listed()[0].reason.data(),
+               "T5391's program is started, and the lens is DF033: nothing moves");
+}
+
+TEST(Seed, PutsTheHeadElsewhere) {
+  InstalledCamera camera("clock=sleep seed=4");
+  Init_I2C();
+  EXPECT_EQ(GetMotorType(), 2);
+  unsigned position = 0;
+  GetPanPos(&position);
+  EXPECT_NE(position, 32'768u);
+  EXPECT_EQ(position, camera.state().head().pan().axis().position({}));
+  Release_I2C();
+}
+
+}  // namespace
