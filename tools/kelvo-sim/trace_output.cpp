@@ -67,7 +67,7 @@ Json json_of(const Event& event) {
   return json;
 }
 
-std::string json_line(Json members) {
+std::string json_line(const Json& members) {
   Json line{{"schema", json_schema}};
   line.update(members);
   return line.dump(-1, ' ', true, Json::error_handler_t::replace) + "\n";
