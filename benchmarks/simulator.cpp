@@ -3,6 +3,8 @@
 // that the kernel keeps.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
+#include <linux/i2c-dev.h>
+#include <linux/i2c.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <time.h>
@@ -29,10 +31,10 @@ using kelvo::sim::SharedCamera;
 
 std::string camera_name() { return "bench-" + std::to_string(getpid()); }
 
-/// A camera in the place of the kernel, with the PT5111 open.
+/// A camera in the place of the kernel, with one of its devices open.
 class Camera {
  public:
-  explicit Camera(const std::string& words)
+  Camera(const std::string& words, const char* device)
       : settings_(kelvo::sim::parse_settings(words).settings),
         opened_(open_shared(settings_)),
         host_(settings_, std::move(opened_.camera)) {
@@ -41,7 +43,7 @@ class Camera {
       std::exit(1);
     }
     kelvo::sim::install(&host_);
-    device_ = open(kelvo::wire::pt5111_device, O_RDWR);
+    device_ = open(device, O_RDWR);
   }
   ~Camera() {
     close(device_);
@@ -60,8 +62,9 @@ class Camera {
   int device_;
 };
 
+/// The shortest transfer that there is: 16 us on its wire.
 void transfer(benchmark::State& state, const std::string& settings) {
-  const Camera camera(settings);
+  const Camera camera(settings, kelvo::wire::pt5111_device);
   std::array<std::uint8_t, 2> word{0xD5, 0x78};
   std::array<std::uint8_t, 2> received{};
   kelvo::wire::SpiTransfer record{};
@@ -72,6 +75,19 @@ void transfer(benchmark::State& state, const std::string& settings) {
     if (ioctl(camera.device(), kelvo::wire::spi_transfer_request, &record) != 0) {
       state.SkipWithError("the transfer failed");
     }
+  }
+}
+
+/// A position of the head: 120 us on its wire, the longest of those that programs repeat.
+void head_request(benchmark::State& state, const std::string& settings) {
+  constexpr std::uint16_t pan = 40;
+  const Camera camera(settings, kelvo::wire::pan_tilt_device);
+  std::array<std::uint8_t, 1> position{4};
+  std::array<std::uint8_t, 2> value{};
+  std::array<i2c_msg, 2> messages{{{pan, 0, 1, position.data()}, {pan, I2C_M_RD, 2, value.data()}}};
+  i2c_rdwr_ioctl_data request{messages.data(), messages.size()};
+  for ([[maybe_unused]] auto round : state) {
+    if (ioctl(camera.device(), I2C_RDWR, &request) != 2) state.SkipWithError("the request failed");
   }
 }
 
@@ -140,9 +156,13 @@ int set_record_lock(int file, short type) {
   return fcntl(file, F_OFD_SETLKW, &lock);
 }
 
-BENCHMARK_CAPTURE(transfer, own_camera, "clock=sleep");
+BENCHMARK_CAPTURE(transfer, own_camera_sleep_clock, "clock=sleep");
+BENCHMARK_CAPTURE(transfer, own_camera_real_clock, "clock=real");
 BENCHMARK_CAPTURE(transfer, shared_camera_sleep_clock, "clock=sleep name=" + camera_name());
 BENCHMARK_CAPTURE(transfer, shared_camera_real_clock, "clock=real name=" + camera_name());
+BENCHMARK_CAPTURE(transfer, shared_camera_clock_10, "clock=10 name=" + camera_name());
+BENCHMARK_CAPTURE(head_request, shared_camera_sleep_clock, "clock=sleep name=" + camera_name());
+BENCHMARK_CAPTURE(head_request, shared_camera_real_clock, "clock=real name=" + camera_name());
 BENCHMARK_CAPTURE(change, of_one_call, Extent::one_call);
 BENCHMARK_CAPTURE(change, of_anything, Extent::anything);
 BENCHMARK_CAPTURE(foreign_call, ioctl, true, request_of_a_terminal);

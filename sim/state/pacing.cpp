@@ -28,6 +28,10 @@ camera::Time passed(const ClockSetting& clock, nanoseconds real) {
   return nanoseconds(static_cast<std::int64_t>(static_cast<double>(real.count()) * clock.speed));
 }
 
+bool worth_a_sleep(const ClockSetting& clock, camera::Time lead) {
+  return real_length(clock, lead) >= longest_lead;
+}
+
 int sleep_by(const ClockSetting& clock, camera::Time time) {
   if (time <= camera::Time::zero()) return 0;
   const timespec length = to_timespec(real_length(clock, time));

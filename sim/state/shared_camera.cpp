@@ -90,6 +90,10 @@ std::chrono::system_clock::time_point SharedCamera::made() const {
   return state::made(layout().header);
 }
 
+std::chrono::steady_clock::time_point SharedCamera::begun() const {
+  return std::chrono::steady_clock::time_point(std::chrono::nanoseconds(layout().header.begun));
+}
+
 int SharedCamera::descriptor() const { return attachment_->descriptor(); }
 
 key_t SharedCamera::bus_key() const { return bus_key_of(settings_.files); }
@@ -140,10 +144,7 @@ void SharedCamera::end_change() {
 
 void SharedCamera::bring_up_to_date() {
   if (settings_.clock.mode == ClockMode::sleep) return state::touch(*attachment_);
-  const auto now = std::chrono::steady_clock::now().time_since_epoch();
-  const std::chrono::nanoseconds since_begun =
-      now - std::chrono::nanoseconds(layout().header.begun);
-  layout().camera.clock.reach(passed(settings_.clock, since_begun));
+  layout().camera.clock.reach(passed(settings_.clock, std::chrono::steady_clock::now() - begun()));
 }
 
 std::string SharedCamera::power_off() {

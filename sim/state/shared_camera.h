@@ -99,6 +99,8 @@ class SharedCamera {
   const SharedSettings& settings() const { return settings_; }
   /// When it was made, by the calendar.
   std::chrono::system_clock::time_point made() const;
+  /// And when its clock began.
+  std::chrono::steady_clock::time_point begun() const;
   /// Whether it still goes by its name: nobody has removed it.
   bool exists() const;
   /// The living processes that use it now, this one too.

@@ -89,7 +89,7 @@ CameraHost::CameraHost(const Settings& settings, std::unique_ptr<SharedCamera> s
       clock_(shared ? shared->settings().clock : settings.camera.clock.value_or(ClockSetting{})),
       shared_(std::move(shared)),
       owner_(getpid()),
-      begun_(std::chrono::steady_clock::now()),
+      begun_(shared_ ? shared_->begun() : std::chrono::steady_clock::now()),
       files_(shared_ ? shared_->settings().files : settings.camera.files.value_or(""),
              shared_ != nullptr) {
   if (settings.camera.head) camera_.fit_head(*settings.camera.head);
@@ -104,10 +104,12 @@ CameraHost::CameraHost(const Settings& settings, std::unique_ptr<SharedCamera> s
 
 CameraHost::~CameraHost() { end(); }
 
+camera::Time CameraHost::real_time() const {
+  return passed(clock_, std::chrono::steady_clock::now() - begun_);
+}
+
 camera::Camera& CameraHost::up_to_date() {
-  if (clock_.mode != ClockMode::sleep) {
-    camera_.clock.reach(passed(clock_, std::chrono::steady_clock::now() - begun_));
-  }
+  if (clock_.mode != ClockMode::sleep) camera_.clock.reach(real_time());
   return camera_;
 }
 
@@ -134,11 +136,12 @@ template <typename Act, typename Run>
 Answer CameraHost::judged(Act act, Run run) {
   const camera::Caller caller = BusLock::caller(lock_entry());
   std::optional<camera::Violation> violation;
-  const auto watched = [&](camera::Camera& camera, fault::FaultTable& faults) -> int {
+  const auto watched = [&](camera::Camera& camera, fault::FaultTable& faults) -> Answer {
     const std::uint64_t before = camera.violations().total();
     camera.set_caller(caller);
-    const int result = act(camera, faults);
+    const Answer result = act(camera, faults);
     if (camera.violations().total() != before) violation = camera.violations().last();
+    latest_call_ = camera.clock.now();
     return result;
   };
   const Answer answer = run(watched);
@@ -157,36 +160,36 @@ Answer CameraHost::as_caller(Act act) {
 
 template <typename Act, typename Note>
 Answer CameraHost::traced(trace::Event event, Act act, Note note) {
-  return judged(act, [&](const auto& watched) -> int {
+  return judged(act, [&](const auto& watched) -> Answer {
     if (!shared_) return with_faults(watched);
     SharedCamera::Change change = shared_->change(Extent::one_call);
     note_begin(event, *change);
-    event.result = watched(*change, change.faults());
+    const Answer result = watched(*change, change.faults());
+    if (!result) return result;
+    event.result = *result;
     note_end(event, *change);
     note(event);
     change.record(event);
-    return event.result;
+    return result;
   });
 }
 
 template <typename Act, typename Note>
 Answer CameraHost::on_wire(Passage passage, const trace::Event& event, Act act, Note note) {
-  const auto occupy = [passage](camera::Camera& camera) {
-    return camera.occupy(passage.bus, passage.duration);
+  camera::Time begun{};
+  camera::Time lead{};
+  const auto at_once = [&](camera::Camera& camera, fault::FaultTable& faults) -> Answer {
+    begun = camera.clock.now();
+    const camera::Time end = camera.occupy(passage.bus, passage.duration);
+    if (clock_.mode != ClockMode::sleep) lead = end - real_time();
+    if (worth_a_sleep(clock_, lead)) return {};
+    camera.clock.reach(end);
+    return act(camera, faults);
   };
-  if (clock_.mode == ClockMode::sleep) {
-    const auto when_over = [&](camera::Camera& camera, fault::FaultTable& faults) {
-      camera.clock.reach(occupy(camera));
-      return act(camera, faults);
-    };
-    return traced(event, when_over, note);
-  }
-  const camera::Time rest =
-      with_camera([&](camera::Camera& camera) { return occupy(camera) - camera.clock.now(); });
-  sleep_through(clock_, rest);
-  // It began before that sleep.
+  if (const Answer answer = traced(event, at_once, note)) return answer;
+  sleep_through(clock_, lead);
   return traced(event, act, [&](trace::Event& over) {
-    over.time -= rest.count();
+    over.time = begun.count();
     note(over);
   });
 }
@@ -249,9 +252,12 @@ Answer CameraHost::i2c(Device device, int /*descriptor*/, std::span<i2c_msg> mes
 }
 
 Answer CameraHost::delay(SleepCall /*call*/, std::chrono::nanoseconds time) {
-  if (clock_.mode == ClockMode::real) return {};
+  if (clock_.mode != ClockMode::sleep) {
+    // It begins when the transfers before it are over.
+    sleep_through(clock_, latest_call_.load() - real_time());
+    return clock_.mode == ClockMode::real ? Answer{} : sleep_by(clock_, time);
+  }
   if (shared_) return shared_->sleep(time);
-  if (clock_.mode == ClockMode::scaled) return sleep_by(clock_, time);
   const Guard guard(mutex_);
   camera_.clock.advance(time);
   return 0;

@@ -84,6 +84,8 @@ class CameraHost final : public Host {
     camera::Bus bus;
     camera::Time duration;
   };
+  /// What a clock that goes by itself says without regard to transfers.
+  camera::Time real_time() const;
   camera::Camera& up_to_date();
   bool powered();
   std::atomic<std::int32_t>& lock_entry();
@@ -99,7 +101,7 @@ class CameraHost final : public Host {
   template <typename Act>
   Answer as_caller(Act act);
   /// The same, and of a shared camera it goes into the trace: what is known before, and what `note` adds
-  /// when it is over.
+  /// when it is over. With nothing as its result it has not happened yet.
   template <typename Act, typename Note>
   Answer traced(trace::Event event, Act act, Note note);
   /// The same for a transfer that begins now, with its effect when it is over.
@@ -110,6 +112,7 @@ class CameraHost final : public Host {
   ClockSetting clock_;
   std::unique_ptr<SharedCamera> shared_;
   std::atomic<bool> used_ = false;
+  std::atomic<camera::Time> latest_call_{};  // when it was over, by the camera's clock
   pid_t owner_;
   std::chrono::steady_clock::time_point begun_;
   CameraFiles files_;

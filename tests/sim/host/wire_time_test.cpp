@@ -1,10 +1,14 @@
 // The time that transfers take on their wires, by each clock.
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <stdlib.h>
+#include <sys/resource.h>
 #include <sys/time.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <functional>
+#include <string>
 
 #include "sim/host/device_calls.h"
 #include "sim/host/installed_camera.h"
@@ -80,6 +84,77 @@ TEST(WireTime, IsAPartOfThatOnAScaledClock) {
   const auto time = passed(camera, [&] { lens.transfer(std::vector<std::uint8_t>(33'276)); });
   EXPECT_GE(time, 266'208us);
   EXPECT_GE(Real::now() - begun, 26'620us);
+}
+
+long sleeps_so_far() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return usage.ru_nvcsw;
+}
+
+/// 1250 words of the PT5111, each 16 us on its wire.
+void transfer_for_20_ms(const OpenDevice& pt5111) {
+  for (int i = 0; i < 1250; ++i) pt5111.transfer({0xD5, 0x78});
+}
+
+TEST(WireTime, OfManyShortTransfersOnTheRealClockIsSleptAllInOne) {
+  InstalledCamera camera("clock=real");
+  const OpenDevice pt5111("/dev/spi_pt5111");
+  const auto begun = Real::now();
+  const long before = sleeps_so_far();
+  for (int i = 0; i < 5; ++i) transfer_for_20_ms(pt5111);
+  EXPECT_GE(Real::now() - begun, 80ms) << "all but what is not worth a sleep";
+  EXPECT_LT(sleeps_so_far() - before, 100);
+}
+
+TEST(WireTime, IsOnTheRealClockAtOnceHoweverShort) {
+  InstalledCamera camera("clock=real");
+  const OpenDevice lens("/dev/spi_renesas");
+  for (int i = 0; i < 100; ++i) {
+    EXPECT_GE(passed(camera, [&] { lens.transfer({5, 0, 0, 0, 0, 5, 0}); }), 56us);
+  }
+}
+
+TEST(WireTime, IsNeverFarAheadOfRealTime) {
+  InstalledCamera camera("clock=real");
+  const OpenDevice pt5111("/dev/spi_pt5111");
+  const auto before = camera.now();
+  const auto begun = Real::now();
+  for (int i = 0; i < 5; ++i) {
+    transfer_for_20_ms(pt5111);
+    EXPECT_LT(camera.now() - before, Real::now() - begun + 20ms);
+  }
+}
+
+TEST(WireTime, IsOverWhenASleepBegins) {
+  for (const char* const clock : {"clock=real", "clock=10"}) {
+    InstalledCamera camera(clock);
+    const OpenDevice lens("/dev/spi_renesas");
+    const auto transfer_and_sleep = [&] {
+      for (int i = 0; i < 100; ++i) lens.transfer({5, 0, 0, 0, 0, 5, 0});
+      usleep(5'000);
+    };
+    EXPECT_GE(passed(camera, transfer_and_sleep), 100 * 56us + 5'000us) << clock;
+  }
+}
+
+TEST(WireTime, OfOneProcessIsSleptByTheOtherThatHasSeenIt) {
+  const std::string name = "wire-" + std::to_string(getpid());
+  const kelvo::test::TestFolder folder;
+  setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
+  {
+    InstalledCamera camera("clock=real name=" + name);
+    InstalledCamera other("name=" + name);
+    using kelvo::sim::Device;
+    std::uint8_t word[] = {0xD5, 0x78};
+    std::uint8_t received[2];
+    for (int i = 0; i < 600; ++i) camera.host().transfer(Device::spi_pt5111, -1, word, received);
+    other.host().transfer(Device::spi_pt5111, -1, word, received);
+    const auto seen = other.now();
+    usleep(2'000);
+    EXPECT_GE(other.now(), seen + 2'000us);
+  }
+  kelvo::sim::SharedCamera::remove(name, kelvo::sim::Removal::even_in_use);
 }
 
 volatile sig_atomic_t signals = 0;

@@ -236,6 +236,16 @@ TEST(Pacing, ScalesTimeBothWays) {
   EXPECT_EQ(kelvo::sim::sleep_by({ClockMode::real, 1}, -1s), 0);
 }
 
+TEST(Pacing, SleepsForNothingShorterThan20RealMilliseconds) {
+  using kelvo::sim::worth_a_sleep;
+  EXPECT_FALSE(worth_a_sleep({ClockMode::real, 1}, 19'999us));
+  EXPECT_TRUE(worth_a_sleep({ClockMode::real, 1}, 20ms));
+  EXPECT_FALSE(worth_a_sleep({ClockMode::scaled, 10}, 199ms));
+  EXPECT_TRUE(worth_a_sleep({ClockMode::scaled, 10}, 200ms));
+  EXPECT_TRUE(worth_a_sleep({ClockMode::scaled, 0.1}, 2ms));
+  EXPECT_FALSE(worth_a_sleep({ClockMode::sleep, 1}, 0ms));
+}
+
 TEST(Pacing, EndsASleepAtASignal) {
   struct sigaction action {};
   action.sa_handler = [](int) {};
