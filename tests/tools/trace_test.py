@@ -215,6 +215,34 @@ class Afterwards(CameraTrace):
         self.assertGreater(len(traces[0][2]), 300)
         self.assertEqual(traces[0], traces[1])
 
+    def both_axes(self):
+        """What two programs do at the same time, one to each axis: the processes' numbers in the order of the trace,
+        and each one's own lines without the time."""
+        tool.call("remove", self.name)
+        command = [*filter(None, project.settings("tool")), "run", "--name", self.name, "--clock", "sleep", "--",
+                   project.setting("head_program")]
+        programs = [subprocess.Popen([*command, axis], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
+                                     env={**os.environ, "ASAN_OPTIONS": tool.SANITIZER}) for axis in ("40", "41")]
+        for program in programs:
+            self.addCleanup(program.kill)
+            self.assertEqual(program.stdout.readline(), "ready\n")
+        for program in programs:
+            program.stdin.close()
+        for program in programs:
+            self.assertEqual(program.wait(60), 0)
+            program.stdout.close()
+        lines = parsed(self.trace())
+        processes = [process for _, process, _ in lines]
+        own = [[line for _, process, line in lines if process == number] for number in sorted(set(processes))]
+        return processes, sorted(own, key=str)
+
+    def test_several_programs_have_each_its_own_lines_in_the_same_order(self):
+        processes, own = self.both_axes()
+        self.assertEqual([len(lines) for lines in own], [602, 602])
+        self.assertNotEqual(processes, sorted(processes), "they did not run at the same time")
+        self.assertEqual({line.split()[1] for line in own[0]} | {"open", "close"}, {"pan", "open", "close"})
+        self.assertEqual(self.both_axes()[1], own)
+
 
 class Following(CameraTrace):
     def start(self):
