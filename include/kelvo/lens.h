@@ -528,8 +528,8 @@ int32_t PT5111Zoom1OFF(void);
  * A motor channel that is driven by registers (zoom 2 and focus on DE015, zoom 1 on T5391) is read
  * folded: of the raw 16-bit value v, 0x3FFF down to 0 stands for 0 to 16383, and 0x7FFF down to
  * 0x4000 for 16384 to 32767. Outside of that, 0xFFFF down to 0xC000 reads as 49152 to 65535, and
- * 0x8000 to 0xBFFF as 0x3FFF - v modulo 2^32 (0x8000 as 0xFFFFBFFF). Presets are not folded: the
- * raw value of the count 0 is 0x3FFF.
+ * 0x8000 to 0xBFFF as 0x3FFF - v modulo 2^32 (0x8000 as 0xFFFFBFFF). A preset is the count itself:
+ * the controller folds what it answers, not what it is sent.
  *
  * A query that fails, or is not sent because of the latch, leaves its reply at zeros. The counters
  * do not tell: such a count is 0, and a folded one 16383. GetLensType() is -1 then.
@@ -559,8 +559,9 @@ uint32_t GetFocusCount(void);
  * Preset a motor's counter, or clear it: zoom 1 on DE015 and zoom 3 take no value.
  *
  * @param[in] count  zoom 1: ignored on DE015, whose counter is set to 0; 32 bits on DF033; 0 to
- *                   65535 on T5391. Zoom 2 and focus: 0 to 65535, raw; the rest is lost without
- *                   notice. Zoom 3: ignored, the counter is set to 0.
+ *                   32767 on T5391. Zoom 2 and focus: 0 to 65535, or 32767 where it is read
+ *                   folded. The rest is lost without notice. Zoom 3: ignored, the counter is set
+ *                   to 0.
  * @return status of the frame, 0 sent; 0 too for a module that is not served, except that the
  *         result of SetZoom1Count() means nothing then
  *
