@@ -39,6 +39,7 @@ constexpr CameraPath camera_paths[] = {
     {wire::stabiliser_record_copies[0], Device::none},
     {wire::stabiliser_record_copies[1], Device::none},
     {wire::stabiliser_record_copies[2], Device::none},
+    {target_of(wire::reset_line_export), Device::none},
     {target_of(wire::reset_line_output), Device::none},
     {target_of(wire::reset_line_assert), Device::none},
 };
@@ -104,6 +105,10 @@ const char* camera_path(int folder, const char* path) {
     if (leads_to(folder, path, entry.path)) return entry.path;
   }
   return part_of_record(folder, path);
+}
+
+void for_each_camera_path(const std::function<void(const char* path)>& act) {
+  for (const CameraPath& entry : camera_paths) act(entry.path);
 }
 
 Device device_at(const char* path) {

@@ -2,6 +2,8 @@
 #ifndef KELVO_SIM_SEAM_CAMERA_PATHS_H
 #define KELVO_SIM_SEAM_CAMERA_PATHS_H
 
+#include <functional>
+
 #include "sim/seam/host.h"
 
 namespace kelvo::sim {
@@ -15,6 +17,8 @@ const char* camera_path(int folder, const char* path);
 Device device_at(const char* path);
 /// The camera's own spelling; null for `none`.
 const char* path_of(Device device);
+/// By the camera's own spellings.
+void for_each_camera_path(const std::function<void(const char* path)>& act);
 
 }  // namespace kelvo::sim
 

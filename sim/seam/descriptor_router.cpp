@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string>
 
+#include "sim/seam/camera_paths.h"
 #include "sim/seam/descriptors.h"
 #include "sim/seam/installed.h"
 #include "sim/seam/open_files.h"
@@ -173,6 +174,26 @@ int synchronise(int descriptor, int (*real_call)(int)) {
   const std::string path = file_at(descriptor);
   if (!path.empty()) host->file_synchronised(path.c_str());
   return result;
+}
+
+void synchronise_all() {
+  Host* const host = installed();
+  if (host == nullptr) return;
+  for_each_camera_path([host](const char* path) { host->file_synchronised(path); });
+}
+
+int synchronise_files(int descriptor) {
+  const int result = real().syncfs(descriptor);
+  if (result == 0 && !file_at(descriptor).empty()) synchronise_all();
+  return result;
+}
+
+void written(int descriptor) {
+  Host* const host = installed();
+  const std::string path = host != nullptr ? file_at(descriptor) : "";
+  if (path.empty()) return;
+  const int flags = real().fcntl(descriptor, F_GETFL);
+  if (flags >= 0 && (flags & O_DSYNC) != 0) host->file_synchronised(path.c_str());
 }
 
 }  // namespace kelvo::sim::router

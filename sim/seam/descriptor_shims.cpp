@@ -56,7 +56,9 @@ ssize_t read(int descriptor, void* buffer, size_t length) {
 }
 ssize_t write(int descriptor, const void* buffer, size_t length) {
   if (router::refuses_bytes(descriptor, "write()")) return -1;
-  return real().write(descriptor, buffer, length);
+  const ssize_t result = real().write(descriptor, buffer, length);
+  if (result > 0) router::written(descriptor);
+  return result;
 }
 ssize_t __read_chk(int descriptor, void* buffer, size_t length, size_t room) {
   if (length > room) __builtin_trap();
@@ -65,6 +67,11 @@ ssize_t __read_chk(int descriptor, void* buffer, size_t length, size_t room) {
 
 int fsync(int descriptor) { return router::synchronise(descriptor, real().fsync); }
 int fdatasync(int descriptor) { return router::synchronise(descriptor, real().fdatasync); }
+int syncfs(int descriptor) noexcept { return router::synchronise_files(descriptor); }
+void sync() noexcept {
+  real().sync();
+  router::synchronise_all();
+}
 
 }  // extern "C"
 // NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)

@@ -68,8 +68,13 @@ Opened find_opened(int descriptor) {
 
 int open_placeholder(Device device, bool close_on_exec) {
   const std::string name = std::string(placeholder_prefix) + path_of(device);
-  const int descriptor = memfd_create(name.c_str(), close_on_exec ? MFD_CLOEXEC : 0);
-  if (descriptor >= 0) return descriptor;
+  const int descriptor =
+      memfd_create(name.c_str(), MFD_ALLOW_SEALING | (close_on_exec ? MFD_CLOEXEC : 0));
+  if (descriptor >= 0) {
+    // Nor does it take bytes by calls that are not intercepted.
+    real().fcntl(descriptor, F_ADD_SEALS, F_SEAL_WRITE | F_SEAL_GROW | F_SEAL_SHRINK);
+    return descriptor;
+  }
   return real().open("/dev/null", O_RDWR | (close_on_exec ? O_CLOEXEC : 0));
 }
 

@@ -80,9 +80,11 @@ FILE* fopen_device(Host& host, Device device, const char* mode) {
 }
 
 /// Where a file of the camera lies for somebody who means to use it.
-std::optional<FileAnswer> opened_place(Host* host, const char* path) {
-  const char* const known = claimed_path(host, AT_FDCWD, path);
-  return known != nullptr ? host->file(known, "r") : std::optional<FileAnswer>{};
+std::optional<FileAnswer> opened_place(Host* host, const Path& path) {
+  const char* const known = claimed_path(host, path.folder, path.path);
+  if (known == nullptr) return {};
+  if (device_at(known) != Device::none) return find_file(path.folder, path.path);
+  return host->file(known, "r");
 }
 
 }  // namespace
@@ -143,16 +145,22 @@ std::optional<FileAnswer> find_place(int folder, const char* path) {
   return known != nullptr ? host->real_place(known) : std::optional<FileAnswer>{};
 }
 
-int rename(const char* from, const char* to) {
+std::optional<FileAnswer> find_file(int folder, const char* path) {
+  const std::optional<FileAnswer> place = find_place(folder, path);
+  const bool device = place && device_at(camera_path(folder, path)) != Device::none;
+  return device && place->error == 0 ? FileAnswer{-EPERM, {}} : place;
+}
+
+int rename(Path from, Path to, const std::function<int(const char*, const char*)>& call) {
   Host* const host = installed();
   const std::optional<FileAnswer> source = opened_place(host, from);
   const std::optional<FileAnswer> target = opened_place(host, to);
   for (const std::optional<FileAnswer>& place : {source, target}) {
     if (place && place->error < 0) return libc_result(place->error);
   }
-  const int result = real().rename(source ? source->real_path.c_str() : from,
-                                   target ? target->real_path.c_str() : to);
-  if (result == 0 && target) host->file_synchronised(claimed_path(host, AT_FDCWD, to));
+  const int result = call(source ? source->real_path.c_str() : from.path,
+                          target ? target->real_path.c_str() : to.path);
+  if (result == 0 && target) host->file_synchronised(claimed_path(host, to.folder, to.path));
   return result;
 }
 

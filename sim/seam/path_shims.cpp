@@ -32,6 +32,15 @@ int __open_2(const char* path, int flags);
 int __open64_2(const char* path, int flags);
 int __openat_2(int folder, const char* path, int flags);
 int __openat64_2(int folder, const char* path, int flags);
+// What programs call that were built for a C library before 2.33. The version tells what the result looks
+// like, of which there is one on a machine with 64 bits.
+int __xstat(int version, const char* path, struct stat* result) noexcept;
+int __xstat64(int version, const char* path, struct stat64* result) noexcept;
+int __lxstat(int version, const char* path, struct stat* result) noexcept;
+int __lxstat64(int version, const char* path, struct stat64* result) noexcept;
+int __fxstatat(int version, int folder, const char* path, struct stat* result, int flags) noexcept;
+int __fxstatat64(int version, int folder, const char* path, struct stat64* result,
+                 int flags) noexcept;
 
 int open(const char* path, int flags, ...) {
   KELVO_READ_MODE(mode, flags)
@@ -120,20 +129,54 @@ int statx(int folder, const char* path, int flags, unsigned mask, struct statx* 
   });
 }
 
+int __xstat(int /*version*/, const char* path, struct stat* result) noexcept {
+  return ::stat(path, result);
+}
+int __xstat64(int /*version*/, const char* path, struct stat64* result) noexcept {
+  return ::stat64(path, result);
+}
+int __lxstat(int /*version*/, const char* path, struct stat* result) noexcept {
+  return ::lstat(path, result);
+}
+int __lxstat64(int /*version*/, const char* path, struct stat64* result) noexcept {
+  return ::lstat64(path, result);
+}
+int __fxstatat(int /*version*/, int folder, const char* path, struct stat* result,
+               int flags) noexcept {
+  return ::fstatat(folder, path, result, flags);
+}
+int __fxstatat64(int /*version*/, int folder, const char* path, struct stat64* result,
+                 int flags) noexcept {
+  return ::fstatat64(folder, path, result, flags);
+}
+
 int unlink(const char* path) noexcept {
-  return router::at_place(AT_FDCWD, path, [](const char* place) { return real().unlink(place); });
+  return router::at_file(AT_FDCWD, path, [](const char* place) { return real().unlink(place); });
 }
 int unlinkat(int folder, const char* path, int flags) noexcept {
-  return router::at_place(folder, path,
-                          [&](const char* place) { return real().unlinkat(folder, place, flags); });
+  return router::at_file(folder, path,
+                         [&](const char* place) { return real().unlinkat(folder, place, flags); });
 }
 int remove(const char* path) noexcept {
-  return router::at_place(AT_FDCWD, path, [](const char* place) { return real().remove(place); });
+  return router::at_file(AT_FDCWD, path, [](const char* place) { return real().remove(place); });
 }
-int rename(const char* from, const char* to) noexcept { return router::rename(from, to); }
+int rename(const char* from, const char* to) noexcept {
+  return router::rename({AT_FDCWD, from}, {AT_FDCWD, to}, real().rename);
+}
+int renameat(int from_folder, const char* from, int to_folder, const char* to) noexcept {
+  return router::rename({from_folder, from}, {to_folder, to}, [&](const char* a, const char* b) {
+    return real().renameat(from_folder, a, to_folder, b);
+  });
+}
+int renameat2(int from_folder, const char* from, int to_folder, const char* to,
+              unsigned flags) noexcept {
+  return router::rename({from_folder, from}, {to_folder, to}, [&](const char* a, const char* b) {
+    return real().renameat2(from_folder, a, to_folder, b, flags);
+  });
+}
 int truncate(const char* path, off_t length) noexcept {
-  return router::at_place(AT_FDCWD, path,
-                          [&](const char* place) { return real().truncate(place, length); });
+  return router::at_file(AT_FDCWD, path,
+                         [&](const char* place) { return real().truncate(place, length); });
 }
 int truncate64(const char* path, off64_t length) noexcept { return ::truncate(path, length); }
 

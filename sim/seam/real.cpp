@@ -27,6 +27,8 @@ void look_up_paths(RealLibc& libc) {
   look_up(libc.unlinkat, "unlinkat");
   look_up(libc.remove, "remove");
   look_up(libc.rename, "rename");
+  look_up(libc.renameat, "renameat");
+  look_up(libc.renameat2, "renameat2");
   look_up(libc.truncate, "truncate");
 }
 
@@ -43,6 +45,8 @@ void look_up_descriptors(RealLibc& libc) {
   look_up(libc.write, "write");
   look_up(libc.fsync, "fsync");
   look_up(libc.fdatasync, "fdatasync");
+  look_up(libc.syncfs, "syncfs");
+  look_up(libc.sync, "sync");
 }
 
 void look_up_sleeps(RealLibc& libc) {

@@ -33,6 +33,8 @@ struct RealLibc {
   int (*unlinkat)(int, const char*, int);
   int (*remove)(const char*);
   int (*rename)(const char*, const char*);
+  int (*renameat)(int, const char*, int, const char*);
+  int (*renameat2)(int, const char*, int, const char*, unsigned);
   int (*truncate)(const char*, off_t);
 
   int (*close)(int);
@@ -47,6 +49,8 @@ struct RealLibc {
   ssize_t (*write)(int, const void*, size_t);
   int (*fsync)(int);
   int (*fdatasync)(int);
+  int (*syncfs)(int);
+  void (*sync)();
 
   int (*usleep)(useconds_t);
   unsigned (*sleep)(unsigned);

@@ -8,6 +8,7 @@
 #include <time.h>
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -24,6 +25,9 @@ int fclose(FILE* stream);
 /// Calls with the place at which something of the camera really lies, and with any other path as it is.
 template <typename Call>
 int at_place(int folder, const char* path, Call call);
+/// The same for calls that change what lies there. Nobody changes a simulated device's node.
+template <typename Call>
+int at_file(int folder, const char* path, Call call);
 
 // Descriptors.
 int close(int descriptor);
@@ -36,6 +40,12 @@ int fcntl(int descriptor, int command, void* argument);
 int ioctl(int descriptor, unsigned long request, void* argument);
 /// By fsync() or fdatasync(), the real one of which is the second argument.
 int synchronise(int descriptor, int (*real_call)(int));
+/// By sync().
+void synchronise_all();
+/// By syncfs(), which is for what lies where the descriptor's file does.
+int synchronise_files(int descriptor);
+/// Bytes have been written: they are safe at once if the file was opened so.
+void written(int descriptor);
 /// Whether this is a simulated device, which is neither read nor written: then errno is set.
 bool refuses_bytes(int descriptor, const char* call);
 
@@ -55,15 +65,30 @@ int semop(int semid, std::span<sembuf> operations, const timespec* timeout = nul
 
 /// Where a path of the camera really lies, or a negative error number; nothing for any other path.
 std::optional<FileAnswer> find_place(int folder, const char* path);
-int rename(const char* from, const char* to);
+std::optional<FileAnswer> find_file(int folder, const char* path);
+struct Path {
+  int folder;
+  const char* path;
+};
+/// By `call`, with the places at which the two really lie.
+int rename(Path from, Path to, const std::function<int(const char*, const char*)>& call);
 /// A value stays; a negative error number becomes -1 with errno.
 int libc_result(int answer);
 
 template <typename Call>
-int at_place(int folder, const char* path, Call call) {
-  const std::optional<FileAnswer> place = find_place(folder, path);
+int at(const std::optional<FileAnswer>& place, const char* path, Call call) {
   if (!place) return call(path);
   return place->error < 0 ? libc_result(place->error) : call(place->real_path.c_str());
+}
+
+template <typename Call>
+int at_place(int folder, const char* path, Call call) {
+  return at(find_place(folder, path), path, call);
+}
+
+template <typename Call>
+int at_file(int folder, const char* path, Call call) {
+  return at(find_file(folder, path), path, call);
 }
 
 }  // namespace kelvo::sim::router

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <utility>
@@ -254,8 +255,10 @@ Answer CameraHost::i2c(Device device, int /*descriptor*/, std::span<i2c_msg> mes
 Answer CameraHost::delay(SleepCall /*call*/, std::chrono::nanoseconds time) {
   if (clock_.mode != ClockMode::sleep) {
     // It begins when the transfers before it are over.
-    sleep_through(clock_, latest_call_.load() - real_time());
-    return clock_.mode == ClockMode::real ? Answer{} : sleep_by(clock_, time);
+    const camera::Time lead = std::max(latest_call_.load() - real_time(), camera::Time::zero());
+    if (clock_.mode == ClockMode::scaled) return sleep_by(clock_, lead + time);
+    sleep_through(clock_, lead);
+    return {};
   }
   if (shared_) return shared_->sleep(time);
   const Guard guard(mutex_);
@@ -327,6 +330,10 @@ std::optional<FileAnswer> CameraHost::file(const char* path, const char* mode) {
 
 std::optional<FileAnswer> CameraHost::real_place(const char* path) {
   if (is_of_line(path)) return FileAnswer{-EACCES, {}};
+  const bool missing = with_faults([path](camera::Camera&, const fault::FaultTable& faults) {
+    return !faults.empty() && faulty::missing(faults, path);
+  });
+  if (missing) return FileAnswer{-ENOENT, {}};
   // What looks like a device node: anybody may read and write it.
   if (!CameraFiles::claims(path)) return FileAnswer{0, "/dev/null"};
   if (!powered()) return FileAnswer{-EIO, {}};

@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "sim/fault/busy.h"
+#include "sim/seam/camera_paths.h"
 #include "sim/seam/real.h"
+#include "sim/wrapper/camera_files.h"
 #include "sim/wrapper/carried_images.h"
 
 namespace kelvo::sim::faulty {
@@ -164,6 +166,14 @@ int file(FaultTable& faults, std::string_view path, const char* mode, std::strin
   return pass(faults, {.seen = fault::file_opening(path, mode), .deliver = nothing, .fill = [&] {
                          return fill(real_path, mode);
                        }});
+}
+
+bool missing(FaultTable faults, const char* path) {
+  const Device device = device_at(path);
+  const std::string record = CameraFiles::record_of(path);
+  const std::optional<Effect> effect = faults.strike(
+      device != Device::none ? fault::opening(port_of(device)) : fault::file_opening(record, "r"));
+  return effect && effect->kind == EffectKind::error && effect->error == ENOENT;
 }
 
 }  // namespace kelvo::sim::faulty

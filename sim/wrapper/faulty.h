@@ -22,6 +22,8 @@ int shell(camera::Camera& camera, fault::FaultTable& faults, std::string_view co
 /// A file that really lies elsewhere: a fault may put another in its place.
 int file(fault::FaultTable& faults, std::string_view path, const char* mode,
          std::string& real_path);
+/// Whether a device or a file would not be there if it were opened now. Nothing is counted.
+bool missing(fault::FaultTable faults, const char* path);
 
 }  // namespace kelvo::sim::faulty
 

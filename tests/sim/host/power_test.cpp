@@ -1,12 +1,15 @@
 // The camera's power behind the real library: what answers, and what its files keep.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <kelvo.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <ostream>
 
 #include "sim/host/installed_camera.h"
 
@@ -55,6 +58,52 @@ TEST_F(Files, ThatAreSynchronisedAreKept) {
   write("/bin/DC_S_Cali.dat", "new", true);
   cut();
   EXPECT_EQ(content("/bin/DC_S_Cali.dat"), "new");
+}
+
+/// Another way to make sure that what was written stays.
+struct Synchronisation {
+  const char* name;
+  int open_flags;
+  int (*synchronise)(int descriptor);
+  bool keeps;
+};
+void PrintTo(const Synchronisation& way, std::ostream* stream) { *stream << way.name; }
+
+const Synchronisation every_synchronisation[] = {
+    {"None", 0, [](int) { return 0; }, false},
+    {"Fsync", 0, fsync, true},
+    {"Fdatasync", 0, fdatasync, true},
+    {"Sync", 0, [](int) { return sync(), 0; }, true},
+    {"Syncfs", 0, syncfs, true},
+    {"OpenedForIt", O_SYNC, [](int) { return 0; }, true},
+    {"OpenedForDataAlone", O_DSYNC, [](int) { return 0; }, true},
+};
+
+class EverySynchronisation : public Files, public testing::WithParamInterface<Synchronisation> {};
+
+TEST_P(EverySynchronisation, KeepsWhatWasWritten) {
+  const Synchronisation& way = GetParam();
+  const int record = open("/bin/DC_S_Cali.dat", O_WRONLY | O_CREAT | way.open_flags, 0600);
+  ASSERT_GE(record, 0);
+  EXPECT_EQ(::write(record, "new", 3), 3);
+  EXPECT_EQ(way.synchronise(record), 0);
+  close(record);
+  EXPECT_EQ(content("/bin/DC_S_Cali.dat"), "new");
+  cut();
+  EXPECT_EQ(content("/bin/DC_S_Cali.dat"), way.keeps ? "new" : "missing");
+}
+
+INSTANTIATE_TEST_SUITE_P(Calls, EverySynchronisation, testing::ValuesIn(every_synchronisation),
+                         [](const auto& instance) { return std::string(instance.param.name); });
+
+TEST_F(Files, AreNotSynchronisedByTheFileSystemOfAnother) {
+  write("/bin/DC_S_Cali.dat", "new", false);
+  const int elsewhere = open("/dev/null", O_RDWR);
+  EXPECT_EQ(syncfs(elsewhere), 0);
+  EXPECT_EQ(fdatasync(elsewhere), -1);
+  close(elsewhere);
+  cut();
+  EXPECT_EQ(content("/bin/DC_S_Cali.dat"), "missing");
 }
 
 TEST_F(Files, AreWhatWasLastSynchronised) {

@@ -471,12 +471,12 @@ function(case_exports_the_intercepted_names_alone)
   string(REPLACE "\n" ";" output "${output}")
   list(SORT output)
   set(names
-    __open64_2 __open_2 __openat64_2 __openat_2 __poll_chk __ppoll_chk __read_chk access clock_nanosleep
-    close close_range closefrom creat creat64 dup dup2 dup3 eaccess euidaccess faccessat fclose fdatasync fcntl
-    fcntl64 fopen fopen64 freopen freopen64 fstatat fstatat64 fsync ftok ioctl lstat lstat64 nanosleep
-    open open64 openat openat64 poll popen ppoll pselect read remove rename select semctl semget semop
-    semtimedop sleep stat stat64 statx system thrd_sleep truncate truncate64 unlink unlinkat usleep
-    write)
+    __fxstatat __fxstatat64 __lxstat __lxstat64 __open64_2 __open_2 __openat64_2 __openat_2 __poll_chk
+    __ppoll_chk __read_chk __xstat __xstat64 access clock_nanosleep close close_range closefrom creat
+    creat64 dup dup2 dup3 eaccess euidaccess faccessat fclose fcntl fcntl64 fdatasync fopen fopen64 freopen
+    freopen64 fstatat fstatat64 fsync ftok ioctl lstat lstat64 nanosleep open open64 openat openat64 poll
+    popen ppoll pselect read remove rename renameat renameat2 select semctl semget semop semtimedop sleep
+    stat stat64 statx sync syncfs system thrd_sleep truncate truncate64 unlink unlinkat usleep write)
   list(SORT names)
   expect_equal(output "${names}")
 endfunction()
