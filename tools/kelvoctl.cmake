@@ -41,6 +41,7 @@ add_executable(kelvoctl
   kelvoctl/ois.cpp
   kelvoctl/options.cpp
   kelvoctl/pan_tilt.cpp
+  kelvoctl/pause.cpp
   kelvoctl/pid.cpp
   kelvoctl/plain_reader.cpp
   kelvoctl/pt5111.cpp

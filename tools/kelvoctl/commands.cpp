@@ -23,6 +23,7 @@ void add_commands(CommandTable& table) {
   add_frame(table);
   add_i2c(table);
   add_run(table);
+  add_sleep(table);
   add_shell(table);
   add_doctor(table);
 }

@@ -27,6 +27,7 @@ void add_raw(CommandTable& table);
 void add_frame(CommandTable& table);
 void add_i2c(CommandTable& table);
 void add_run(CommandTable& table);
+void add_sleep(CommandTable& table);
 void add_shell(CommandTable& table);
 
 /// All of them, in the order of help.

@@ -1,0 +1,28 @@
+#include <chrono>
+#include <nlohmann/json.hpp>
+
+#include "tools/kelvoctl/command_table.h"
+#include "tools/kelvoctl/commands.h"
+#include "tools/kelvoctl/options.h"
+
+namespace kelvo::ctl {
+namespace {
+
+struct PauseOptions {
+  std::chrono::microseconds time{0};
+};
+
+Json pause(Session& session, const PauseOptions& options) {
+  session.sleep(options.time);
+  return {};
+}
+
+}  // namespace
+
+void add_sleep(CommandTable& table) {
+  auto [command, options] = table.add<PauseOptions>(
+      table.root(), "sleep", "Waits, by the camera's clock: for scripts", pause);
+  require(add_duration(command, "TIME", options.time, "How long, as 20ms or 1.5s"));
+}
+
+}  // namespace kelvo::ctl
