@@ -58,5 +58,22 @@ class Arguments(kelvoctl_tool.KelvoctlTest):
         self.check(result, 7, None, "kelvoctl: standard output: No space left on device: look where it leads\n")
 
 
+class SimulatedCamera(kelvoctl_tool.KelvoctlTest):
+    """One that cannot be used."""
+
+    def test_a_wrong_name_of_a_camera(self):
+        result = self.check(kelvoctl_tool.call("--sim=a/b", "attach"), 2, "", None)
+        self.assertTrue(result.stderr.startswith('kelvoctl: --sim: "a/b" is not '), result.stderr)
+
+    def test_wrong_settings_of_the_simulated_camera(self):
+        result = self.check(kelvoctl_tool.call("--sim", "attach", variables={"KELVO_SIM": "colour=red"}), 2, "", None)
+        self.assertIn("colour", result.stderr)
+
+    def test_no_preload_library(self):
+        result = kelvoctl_tool.call("--sim", "attach", variables={"KELVO_SIM_LIBRARY": "/no/such.so"})
+        self.check(result, 9, "", "kelvoctl: --sim: /no/such.so: there is no such preload library: "
+                                  "correct KELVO_SIM_LIBRARY\n")
+
+
 if __name__ == "__main__":
     project.main()

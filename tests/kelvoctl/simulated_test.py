@@ -36,19 +36,6 @@ class Simulated(kelvoctl_tool.KelvoctlTest):
         for _ in range(2):
             self.check(self.ctl("run", script), 0, None)
 
-    def test_a_wrong_name_of_a_camera(self):
-        result = self.check(kelvoctl_tool.call("--sim=a/b", "attach"), 2, "", None)
-        self.assertTrue(result.stderr.startswith('kelvoctl: --sim: "a/b" is not '), result.stderr)
-
-    def test_wrong_settings_of_the_simulated_camera(self):
-        result = self.check(kelvoctl_tool.call("--sim", "attach", variables={"KELVO_SIM": "colour=red"}), 2, "", None)
-        self.assertIn("colour", result.stderr)
-
-    def test_no_preload_library(self):
-        result = kelvoctl_tool.call("--sim", "attach", variables={"KELVO_SIM_LIBRARY": "/no/such.so"})
-        self.check(result, 9, "", "kelvoctl: --sim: /no/such.so: there is no such preload library: "
-                                  "correct KELVO_SIM_LIBRARY\n")
-
 
 if __name__ == "__main__":
     project.main()
