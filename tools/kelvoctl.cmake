@@ -44,6 +44,7 @@ add_executable(kelvoctl
   kelvoctl/pause.cpp
   kelvoctl/pid.cpp
   kelvoctl/plain_reader.cpp
+  kelvoctl/printable.cpp
   kelvoctl/pt5111.cpp
   kelvoctl/record.cpp
   kelvoctl/record_file.cpp

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tools/kelvoctl/columns.h"
+#include "tools/kelvoctl/printable.h"
 #include "tools/kelvoctl/session.h"
 
 namespace kelvo::ctl {
@@ -20,7 +21,7 @@ std::string heading(std::string name) {
 std::string plain(const Json& value) {
   if (value.is_null()) return "-";
   if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
-  if (value.is_string()) return value.get<std::string>();
+  if (value.is_string()) return printable(value.get<std::string>());
   return value.dump();
 }
 
@@ -82,7 +83,8 @@ std::string result_text(const Json& result) {
 std::string result_json(const std::string& command, const Json& result) {
   Json whole{{"schema", json_schema}, {"command", command}};
   whole.update(result);
-  return whole.dump(2) + "\n";
+  // A path need not be text, but JSON is.
+  return whole.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace kelvo::ctl

@@ -2,13 +2,13 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "tools/kelvoctl/command_table.h"
 #include "tools/kelvoctl/commands.h"
 #include "tools/kelvoctl/line.h"
 #include "tools/kelvoctl/line_reader.h"
+#include "tools/kelvoctl/printable.h"
 #include "tools/kelvoctl/signals.h"
 #include "tools/kelvoctl/words.h"
 
@@ -31,7 +31,7 @@ bool do_line(Session& session, const std::string& line) {
     perform_words(session, words);
   } catch (const Failure& failure) {
     if (failure.code() == static_cast<int>(ExitCode::no_output)) throw;
-    std::fprintf(stderr, "%s: %s\n", tool_name, failure.what());
+    print_error(failure.what());
   }
   return true;
 }
