@@ -1,6 +1,7 @@
 #include "tools/kelvoctl/record_file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -20,12 +21,21 @@ Failure not_written(const std::string& path) {
   return {ExitCode::no_output, path + ": cannot be written: " + std::strerror(errno)};
 }
 
+/// A device or a pipe, which is written to and never replaced.
+bool is_special(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
+enum class Survive { no, power_cut };
+
 /// With errno where it is false.
-bool write_whole(const std::string& path, const std::string& bytes) {
+bool write_whole(const std::string& path, const std::string& bytes, Survive survive) {
   std::FILE* const file = std::fopen(path.c_str(), "wb");
   if (file == nullptr) return false;
   const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() &&
-                       std::fflush(file) == 0 && fsync(fileno(file)) == 0;
+                       std::fflush(file) == 0 &&
+                       (survive == Survive::no || fsync(fileno(file)) == 0);
   const int error = errno;
   const bool closed = std::fclose(file) == 0;
   if (!written) errno = error;
@@ -62,8 +72,13 @@ std::optional<RecordValues> stored_record(const RecordKind& kind, const std::str
 }
 
 void replace_file(const std::string& path, const std::string& bytes) {
+  if (is_special(path)) {
+    if (!write_whole(path, bytes, Survive::no)) throw not_written(path);
+    return;
+  }
   const std::string part = beside(path);
-  if (!write_whole(part, bytes) || std::rename(part.c_str(), path.c_str()) != 0) {
+  if (!write_whole(part, bytes, Survive::power_cut) ||
+      std::rename(part.c_str(), path.c_str()) != 0) {
     const Failure failure = not_written(path);
     std::remove(part.c_str());
     throw failure;
