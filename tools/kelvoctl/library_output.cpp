@@ -13,16 +13,8 @@
 namespace kelvo::ctl {
 namespace {
 
-/// A duplicate that no program inherits; none of a stream that was closed before the tool began.
+/// A duplicate that no program inherits.
 int kept(int descriptor) { return fcntl(descriptor, F_DUPFD_CLOEXEC, 3); }
-
-void put_back(int descriptor, int own) {
-  if (own >= 0) {
-    dup2(own, descriptor);
-  } else {
-    close(descriptor);
-  }
-}
 
 }  // namespace
 
@@ -52,8 +44,8 @@ void LibraryOutput::begin() {
 
 std::string LibraryOutput::end() {
   std::fflush(stdout);
-  put_back(STDOUT_FILENO, own_output_);
-  put_back(STDERR_FILENO, own_errors_);
+  dup2(own_output_, STDOUT_FILENO);
+  dup2(own_errors_, STDERR_FILENO);
   const off_t size = lseek(file_, 0, SEEK_CUR);
   std::string text(static_cast<std::size_t>(size), '\0');
   const ssize_t got = pread(file_, text.data(), text.size(), 0);

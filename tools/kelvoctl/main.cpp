@@ -1,14 +1,25 @@
-#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <exception>
 #include <nlohmann/json.hpp>
 
 #include "tools/kelvoctl/command_table.h"
 #include "tools/kelvoctl/line.h"
+#include "tools/kelvoctl/printable.h"
 #include "tools/kelvoctl/signals.h"
 #include "tools/kelvoctl/simulation.h"
 
 namespace kelvo::ctl {
 namespace {
+
+/// A stream that is closed would be the next file that is opened. It fails instead, as closed ones do.
+void keep_streams_apart() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    const int useless = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+    if (fcntl(stream, F_GETFD) < 0) open("/dev/null", useless);
+  }
+}
 
 void run_tool(int argc, char** argv) {
   CommandTable table(Place::arguments);
@@ -21,7 +32,7 @@ void run_tool(int argc, char** argv) {
 }
 
 int report(int code, const char* line) {
-  std::fprintf(stderr, "%s: %s\n", tool_name, line);
+  print_error(line);
   return code;
 }
 
@@ -30,6 +41,7 @@ int report(int code, const char* line) {
 
 int main(int argc, char** argv) {
   using kelvo::ctl::ExitCode;
+  kelvo::ctl::keep_streams_apart();
   try {
     kelvo::ctl::run_tool(argc, argv);
     return 0;

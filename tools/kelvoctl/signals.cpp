@@ -29,6 +29,8 @@ void hold_signals() {
   struct sigaction action {};
   action.sa_handler = [](int signal) { came = signal; };
   for (const int signal : ending) sigaction(signal, &action, nullptr);
+  // Whoever no longer reads what is printed does not end a process whose axis moves.
+  std::signal(SIGPIPE, SIG_IGN);
   sigset_t set = set_of_ending();
   // A process that is stopped and goes on loses its place in the queue for the bus lock as well.
   sigaddset(&set, SIGTSTP);
