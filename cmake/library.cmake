@@ -43,6 +43,7 @@ add_library(kelvo_objects OBJECT
   pantilt/motion/pan_schedule.cpp
   pantilt/motion/register_sets.cpp
   pantilt/motion/tilt_schedule.cpp)
+set_target_properties(kelvo_objects PROPERTIES UNITY_BUILD OFF)
 target_include_directories(kelvo_objects
   PRIVATE ${PROJECT_SOURCE_DIR}
   PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)

@@ -12,6 +12,7 @@ add_library(kelvo_seam OBJECT
   ${CMAKE_CURRENT_LIST_DIR}/seam/router.cpp
   ${CMAKE_CURRENT_LIST_DIR}/seam/shims.cpp
   ${CMAKE_CURRENT_LIST_DIR}/seam/sleep_shims.cpp)
+set_target_properties(kelvo_seam PROPERTIES UNITY_BUILD OFF)  # it has checks of its own
 target_include_directories(kelvo_seam PUBLIC ${PROJECT_SOURCE_DIR})
 target_compile_options(kelvo_seam PRIVATE -fvisibility=hidden)
 target_link_libraries(kelvo_seam PRIVATE kelvo_options INTERFACE ${CMAKE_DL_LIBS})

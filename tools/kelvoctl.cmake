@@ -1,3 +1,15 @@
+kelvo_by_itself(
+  kelvoctl/calibration.cpp
+  kelvoctl/doctor_checks.cpp
+  kelvoctl/head_moves.cpp
+  kelvoctl/interrupters.cpp
+  kelvoctl/iris.cpp
+  kelvoctl/motor_table.cpp
+  kelvoctl/offers.cpp
+  kelvoctl/pid.cpp
+  kelvoctl/pt5111.cpp
+  kelvoctl/raw.cpp)
+
 # The camera at a prompt. It runs on the camera too, where nothing of C++ is installed.
 add_executable(kelvoctl
   kelvoctl/adc.cpp
@@ -69,6 +81,9 @@ else()
   set(editing ON)
 endif()
 option(KELVO_SHELL_EDITING "History and completion in the shell of kelvoctl" ${editing})
+# Built in either case, so that it is checked.
+add_library(kelvoctl_no_editor OBJECT kelvoctl/no_editor.cpp)
+target_link_libraries(kelvoctl_no_editor PRIVATE kelvo_tools_launch kelvo_options)
 if(KELVO_SHELL_EDITING)
   find_path(KELVO_LIBEDIT_FOLDER histedit.h)
   find_library(KELVO_LIBEDIT edit)
@@ -79,7 +94,7 @@ if(KELVO_SHELL_EDITING)
   target_sources(kelvoctl PRIVATE kelvoctl/editor.cpp)
   target_link_libraries(kelvoctl PRIVATE ${KELVO_LIBEDIT})
 else()
-  target_sources(kelvoctl PRIVATE kelvoctl/no_editor.cpp)
+  target_link_libraries(kelvoctl PRIVATE kelvoctl_no_editor)
 endif()
 if(CMAKE_CROSSCOMPILING)
   target_link_options(kelvoctl PRIVATE -static-libstdc++ -static-libgcc -Wl,--as-needed)

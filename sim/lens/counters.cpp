@@ -9,22 +9,22 @@
 namespace kelvo::sim::camera {
 namespace {
 
-struct Row {
+struct CounterRow {
   std::uint8_t number;  // of a command, a query or a register
   Output output;
 };
 
-constexpr Row clear_commands[] = {
+constexpr CounterRow clear_commands[] = {
     {wire::command::zoom1_clear_count, Output::zoom1_block},
     {wire::command::zoom3_clear_count, Output::zoom3_block},
 };
-constexpr Row preset_commands[] = {{wire::command::zoom1_preset_count, Output::pt5111_a}};
-constexpr Row count_queries[] = {
+constexpr CounterRow preset_commands[] = {{wire::command::zoom1_preset_count, Output::pt5111_a}};
+constexpr CounterRow count_queries[] = {
     {wire::query::zoom1_count_de, Output::zoom1_block},
     {wire::query::zoom1_count, Output::pt5111_a},
     {wire::query::zoom3_count, Output::zoom3_block},
 };
-constexpr Row count_registers[] = {
+constexpr CounterRow count_registers[] = {
     {wire::focus_channel.counter, Output::focus_channel},
     {wire::zoom_channel.counter, Output::zoom_channel},
 };
@@ -48,22 +48,22 @@ std::int32_t Counters::count(Output output, const MotorStates& motors) const {
 }
 
 void Counters::obey(std::uint8_t command, std::uint32_t value, const MotorStates& motors) {
-  for (const Row& row : clear_commands) {
+  for (const CounterRow& row : clear_commands) {
     if (row.number == command) preset(row.output, 0, motors);
   }
-  for (const Row& row : preset_commands) {
+  for (const CounterRow& row : preset_commands) {
     if (row.number == command) preset(row.output, value, motors);
   }
 }
 
 void Counters::write(std::uint8_t reg, std::uint16_t value, const MotorStates& motors) {
-  for (const Row& row : count_registers) {
+  for (const CounterRow& row : count_registers) {
     if (row.number == reg) preset(row.output, value, motors);
   }
 }
 
 std::optional<std::uint32_t> Counters::answer(std::uint8_t query, const MotorStates& motors) const {
-  for (const Row& row : count_queries) {
+  for (const CounterRow& row : count_queries) {
     if (row.number == query) return counted(row.output, motors);
   }
   return std::nullopt;
@@ -71,11 +71,11 @@ std::optional<std::uint32_t> Counters::answer(std::uint8_t query, const MotorSta
 
 bool Counters::has(std::uint8_t reg) {
   return std::any_of(std::begin(count_registers), std::end(count_registers),
-                     [&](const Row& row) { return row.number == reg; });
+                     [&](const CounterRow& row) { return row.number == reg; });
 }
 
 std::optional<std::uint16_t> Counters::read(std::uint8_t reg, const MotorStates& motors) const {
-  for (const Row& row : count_registers) {
+  for (const CounterRow& row : count_registers) {
     if (row.number == reg) return static_cast<std::uint16_t>(counted(row.output, motors));
   }
   return std::nullopt;

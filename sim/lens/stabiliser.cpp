@@ -17,7 +17,7 @@ constexpr std::int64_t shake = 600;
 constexpr std::int64_t own_gain =
     0x1000;  // of the program's, with which the lens makes up for the swing
 
-struct Axis {
+struct StabilisedAxis {
   std::uint8_t gyro_zero;
   std::uint8_t hall_offset;
   std::uint8_t travel_min;
@@ -28,16 +28,18 @@ struct Axis {
 };
 
 constexpr std::array axes{
-    Axis{commands::gyro_zero_x, commands::hall_offset_x, commands::travel_min_x,
-         commands::travel_max_x, commands::gyro_gain_x, commands::range_x, milliseconds(400)},
-    Axis{commands::gyro_zero_y, commands::hall_offset_y, commands::travel_min_y,
-         commands::travel_max_y, commands::gyro_gain_y, commands::range_y, milliseconds(500)},
+    StabilisedAxis{commands::gyro_zero_x, commands::hall_offset_x, commands::travel_min_x,
+                   commands::travel_max_x, commands::gyro_gain_x, commands::range_x,
+                   milliseconds(400)},
+    StabilisedAxis{commands::gyro_zero_y, commands::hall_offset_y, commands::travel_min_y,
+                   commands::travel_max_y, commands::gyro_gain_y, commands::range_y,
+                   milliseconds(500)},
 };
 
 std::int64_t greatest_swing(Time now) { return now % repeat < steady ? tremor : shake; }
 
 /// A triangle: 0 at the beginning of a swing, up, down through 0, and back.
-std::int64_t swing(const Axis& axis, Time now) {
+std::int64_t swing(const StabilisedAxis& axis, Time now) {
   const std::int64_t quarter = axis.swing.count() / 4;
   const std::int64_t phase = now % axis.swing / Time(1);
   const std::int64_t rising = phase < quarter       ? phase
@@ -47,7 +49,7 @@ std::int64_t swing(const Axis& axis, Time now) {
 }
 
 std::uint16_t gyro(std::size_t axis, const Stabiliser::View& view) {
-  const Axis& row = axes[axis];
+  const StabilisedAxis& row = axes[axis];
   const auto seen =
       low_word(view.values[row.gyro_zero] + static_cast<std::uint32_t>(swing(row, view.now)));
   return noisy(seen, view.variety.noise(Subject::gyro, axis, view.now, Stabiliser::gyro_noise));
@@ -69,7 +71,7 @@ void Stabiliser::obey(std::uint8_t command, CommandValues& values) {
 
 std::uint16_t Stabiliser::hall(std::size_t axis, const View& view) const {
   if (view.hall) return (*view.hall)[axis];
-  const Axis& row = axes[axis];
+  const StabilisedAxis& row = axes[axis];
   const CommandValues& values = view.values;
   const std::int64_t noise = view.variety.noise(Subject::hall, axis, view.now, hall_noise);
   const std::uint16_t rest = low_word(values[row.hall_offset]);

@@ -22,7 +22,7 @@ int moved_up(int descriptor) {
   return moved;
 }
 
-std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+std::string in_quotes(std::string_view text) { return '"' + std::string(text) + '"'; }
 
 }  // namespace
 
@@ -32,7 +32,7 @@ std::string object_name(std::string_view name) { return object_prefix() + std::s
 
 Object::Object(std::string_view name, Missing missing) : name_(name), object_(object_name(name)) {
   if (!is_camera_name(name)) {
-    error_ = "there is no camera of the name " + quoted(name) + ": a name has " +
+    error_ = "there is no camera of the name " + in_quotes(name) + ": a name has " +
              std::string(camera_name_values);
     return;
   }
@@ -50,7 +50,7 @@ bool Object::open_once(Missing missing) {
   }
   if (descriptor_ < 0) {
     const int reason = errno;
-    error_ = reason == ENOENT ? "there is no camera " + quoted(name_) +
+    error_ = reason == ENOENT ? "there is no camera " + in_quotes(name_) +
                                     ": a program makes it that runs with name=" + name_
                               : complaint(std::strerror(reason), "choose another name");
     return true;
@@ -95,7 +95,7 @@ Object::~Object() {
 }
 
 std::string Object::complaint(const std::string& what, const std::string& advice) const {
-  return "camera " + quoted(name_) + ", shared memory " + object_ + ": " + what + ": " + advice;
+  return "camera " + in_quotes(name_) + ", shared memory " + object_ + ": " + what + ": " + advice;
 }
 
 bool Object::blank() const { return header_ == nullptr || header_->magic.load() == 0; }

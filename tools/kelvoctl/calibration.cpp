@@ -19,7 +19,7 @@
 namespace kelvo::ctl {
 namespace {
 
-struct FileOptions {
+struct RecordFileOptions {
   std::string file;
 };
 
@@ -113,7 +113,7 @@ class Comparison {
 /// The folder that a copy lies in, as the name of its column.
 std::string folder_of(const std::string& path) { return path.substr(0, path.rfind('/')); }
 
-Json diff(Session& session, const FileOptions& options) {
+Json diff(Session& session, const RecordFileOptions& options) {
   const LensModule module = session.lens();
   const RecordKind& kind = kind_of(module);
   const Stored record = boot_record(kind, module);
@@ -136,7 +136,7 @@ Json diff(Session& session, const FileOptions& options) {
           {"fields", comparison.rows()}};
 }
 
-Json export_record(Session& session, const FileOptions& options) {
+Json export_record(Session& session, const RecordFileOptions& options) {
   const LensModule module = session.lens();
   const RecordKind& kind = kind_of(module);
   const Stored record = boot_record(kind, module);
@@ -149,7 +149,7 @@ Json export_record(Session& session, const FileOptions& options) {
   return {{"record", kind.name}, {"from", record.path}, {"to", options.file}};
 }
 
-Json import_record(Session& session, const FileOptions& options) {
+Json import_record(Session& session, const RecordFileOptions& options) {
   const LensModule module = session.lens();
   const RecordKind& kind = kind_of(module);
   const RecordValues values = given_record(kind, options.file);
@@ -170,7 +170,8 @@ Json import_record(Session& session, const FileOptions& options) {
           {"fields", fields_json(kind, values)}};
 }
 
-CLI::Option* add_file(CLI::App& command, FileOptions& options, const std::string& description) {
+CLI::Option* add_file(CLI::App& command, RecordFileOptions& options,
+                      const std::string& description) {
   return add_text(command, "FILE", options.file, description);
 }
 
@@ -180,13 +181,13 @@ void add_calibration(CommandTable& table) {
   CLI::App& group = CommandTable::add_group(table.root(), "calibration",
                                             "Shows and replaces the unit's calibration record");
   table.add(group, "show", "Shows the record that a boot loads", show);
-  auto [differing, diff_options] = table.add<FileOptions>(
+  auto [differing, diff_options] = table.add<RecordFileOptions>(
       group, "diff", "Compares it with its copies, with the controller, and with a file", diff);
   add_file(differing, diff_options, "Another record, JSON or raw");
   auto [exporting, export_options] =
-      table.add<FileOptions>(group, "export", "Writes it to a file, as JSON", export_record);
+      table.add<RecordFileOptions>(group, "export", "Writes it to a file, as JSON", export_record);
   require(add_file(exporting, export_options, "The file; - is standard output"));
-  auto [importing, import_options] = table.add<FileOptions>(
+  auto [importing, import_options] = table.add<RecordFileOptions>(
       group, "import", "Replaces it and its copies; the next boot loads it", import_record);
   require(add_file(importing, import_options, "The record, JSON or raw; - is standard input"));
 }

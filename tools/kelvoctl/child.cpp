@@ -36,7 +36,7 @@ class Lines {
   /// False at the end.
   bool read_some() {
     std::array<char, 4096> bytes{};
-    const ssize_t length = read(pipe_, bytes.data(), bytes.size());
+    const ssize_t length = ::read(pipe_, bytes.data(), bytes.size());
     if (length <= 0) return false;
     all_.append(bytes.data(), static_cast<std::size_t>(length));
     for (std::size_t end = all_.find('\n', done_); end != std::string::npos;

@@ -8,7 +8,7 @@
 namespace kelvo::ctl {
 namespace {
 
-const char* name_of(Health health) {
+const char* health_name(Health health) {
   switch (health) {
     case Health::good: return "good";
     case Health::doubtful: return "doubtful";
@@ -24,7 +24,7 @@ Json doctor(Session& session) {
         check_records()}) {
     for (const Finding& finding : findings) {
       rows.push_back({{"check", finding.what},
-                      {"health", name_of(finding.health)},
+                      {"health", health_name(finding.health)},
                       {"detail", finding.detail}});
       if (finding.health == Health::bad) {
         session.complain(finding.code, finding.what + ": " + finding.detail);

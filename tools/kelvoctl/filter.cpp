@@ -12,7 +12,7 @@
 namespace kelvo::ctl {
 namespace {
 
-constexpr Fitted stepped{true, false, false};
+constexpr Fitted stepped_filter{true, false, false};
 
 struct FilterOptions {
   std::optional<std::int64_t> steps;
@@ -26,7 +26,7 @@ struct Side {
 constexpr Side sides[] = {{"on", ICR_ON, setICRon}, {"off", ICR_OFF, setICRoff}};
 
 void check_steps(LensModule module, const FilterOptions& options) {
-  if (stepped.on(module) == options.steps.has_value()) return;
+  if (stepped_filter.on(module) == options.steps.has_value()) return;
   throw Failure(ExitCode::wrong_arguments,
                 options.steps
                     ? "--steps: the filter of " + name_of(module) + " has no stepping motor"

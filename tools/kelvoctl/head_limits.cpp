@@ -62,11 +62,11 @@ Json switch_them(Session& session, const HeadAxis& axis, bool on) {
   return limits_json(session, axis, family);
 }
 
-struct StepOptions {
+struct LimitStepOptions {
   std::int64_t speed = 0;
 };
 
-Json set_step(Session& session, const HeadAxis& axis, const StepOptions& options) {
+Json set_step(Session& session, const HeadAxis& axis, const LimitStepOptions& options) {
   const int family = attach_axis(session, axis);
   require_family(axis, family, vetra, "step near its limits");
   session.call([&] { return axis.set_limit_step(static_cast<std::int32_t>(options.speed)); });
@@ -85,10 +85,10 @@ void add_set(CommandTable& table, CLI::App& group, const HeadAxis& axis) {
 
 void add_step(CommandTable& table, CLI::App& group, const HeadAxis& axis) {
   auto [command, options] =
-      table.add<StepOptions>(group, "step", "Sets the step near a limit for a speed (vetra)",
-                             [&axis](Session& session, const StepOptions& given) {
-                               return set_step(session, axis, given);
-                             });
+      table.add<LimitStepOptions>(group, "step", "Sets the step near a limit for a speed (vetra)",
+                                  [&axis](Session& session, const LimitStepOptions& given) {
+                                    return set_step(session, axis, given);
+                                  });
   require(
       add_number(command, "SPEED", options.speed, speed_range, "Speed of the move to come", ""));
 }

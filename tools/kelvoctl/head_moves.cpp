@@ -11,7 +11,7 @@
 namespace kelvo::ctl {
 namespace {
 
-constexpr std::chrono::microseconds poll_pause = std::chrono::milliseconds(50);
+constexpr std::chrono::microseconds axis_poll_pause = std::chrono::milliseconds(50);
 constexpr std::int64_t half_speed = 3600;
 constexpr std::chrono::microseconds until_stopped{-1};
 constexpr std::int64_t circle = 65536;
@@ -102,8 +102,8 @@ void halt(Session& session, const HeadAxis& axis, int family) {
   check_answers(session, axis, family);
   std::chrono::microseconds waited{};
   while (!is_at_rest(session, axis) && waited < longest) {
-    session.sleep(poll_pause);
-    waited += poll_pause;
+    session.sleep(axis_poll_pause);
+    waited += axis_poll_pause;
   }
 }
 
@@ -133,7 +133,7 @@ void wait_for_rest(Session& session, const HeadAxis& axis, int family,
     return true;
   };
   const auto stop = [&] { return stop_axis(session, axis); };
-  wait_until_over(session, {"the axis moves", timeout, over, stop, poll_pause});
+  wait_until_over(session, {"the axis moves", timeout, over, stop, axis_poll_pause});
 }
 
 /// The range is a circle.

@@ -17,7 +17,6 @@ namespace {
 using std::chrono::microseconds;
 
 constexpr Range travels{1, 0xFFFF};
-constexpr Range all_counts{0, 0x7FFFFFFF};
 
 struct HomeOptions {
   std::optional<std::int64_t> sensor;

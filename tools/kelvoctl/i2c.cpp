@@ -71,7 +71,7 @@ std::uint16_t slave_of(const std::string& text) {
 }
 
 /// Numbers of `width` bytes, the high ones first.
-Bytes bytes_of(const std::vector<std::string>& values, std::int64_t width) {
+Bytes packed(const std::vector<std::string>& values, std::int64_t width) {
   const std::int64_t most = (std::int64_t{1} << 8 * width) - 1;
   Bytes bytes;
   for (const std::string& value : values) {
@@ -104,9 +104,9 @@ std::int32_t read_bytes(std::uint16_t slave, const ReadOptions& options, const B
                    bytes.data(), length);
 }
 
-Json read(Session& session, const ReadOptions& options) {
+Json read_registers(Session& session, const ReadOptions& options) {
   const std::uint16_t slave = slave_of(options.slave);
-  const Bytes more = bytes_of(options.more, 1);
+  const Bytes more = packed(options.more, 1);
   session.attach_head();
   Bytes bytes(static_cast<std::size_t>(options.length));
   check_result(session.call([&] { return read_bytes(slave, options, more, bytes); }), slave);
@@ -129,7 +129,7 @@ void ask_before(const Session& session, const HeadAxis& axis, int family, std::i
 
 Json write(Session& session, const WriteOptions& options) {
   const std::uint16_t slave = slave_of(options.slave);
-  const Bytes bytes = bytes_of(options.values, options.width);
+  const Bytes bytes = packed(options.values, options.width);
   const int family = session.attach_head();
   const HeadAxis* const axis = axis_of(slave);
   if (axis != nullptr) ask_before(session, *axis, family, options.number);
@@ -153,7 +153,8 @@ void add_place(CLI::App& command, std::string& slave, std::int64_t& number) {
 void add_i2c(CommandTable& table) {
   CLI::App& group = CommandTable::add_group(table.root(), "i2c",
                                             "Registers of the head's controllers, by number");
-  auto [read_command, wanted] = table.add<ReadOptions>(group, "read", "Reads a register", read);
+  auto [read_command, wanted] =
+      table.add<ReadOptions>(group, "read", "Reads a register", read_registers);
   add_place(read_command, wanted.slave, wanted.number);
   add_number(read_command, "BYTES", wanted.length, length_range, "How many; without it 1", "");
   add_list(read_command, "--more", wanted.more,

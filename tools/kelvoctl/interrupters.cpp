@@ -52,7 +52,7 @@ Json state(Session& session, std::int64_t sensor) {
       {"sensor", sensor}, {"motor", motor_at(session.lens(), sensor)}, {"interrupted", value == 1}};
 }
 
-Json read(Session& session, const SensorOptions& options) {
+Json read_sensors(Session& session, const SensorOptions& options) {
   use_lens(session);
   const LensModule module = session.lens();
   const std::int64_t first = options.sensor.value_or(0);
@@ -135,7 +135,7 @@ void add_switches(CommandTable& table, CLI::App& group) {
 void add_interrupters(CommandTable& table) {
   CLI::App& group = CommandTable::add_group(table.root(), "pi", "Looks at the photo-interrupters");
   auto [reading, read_options] =
-      table.add<SensorOptions>(group, "read", "Tells whether they are interrupted", read);
+      table.add<SensorOptions>(group, "read", "Tells whether they are interrupted", read_sensors);
   add_number(reading, "SENSOR", read_options.sensor, byte_range, "One alone", "");
   auto [calibration, calibrate_options] = table.add<SensorOptions>(
       group, "calibrate", "Starts the controller's own calibration", calibrate);

@@ -15,10 +15,10 @@
 namespace kelvo::ctl {
 namespace {
 
-constexpr Fitted stepped{true, false, false};
+constexpr Fitted stepped_iris{true, false, false};
 constexpr Fitted looped{false, true, true};
 
-struct StepOptions {
+struct IrisStepOptions {
   std::int64_t steps = 0;
 };
 
@@ -33,9 +33,9 @@ struct Travel {
 };
 
 Json step(Session& session, const char* what, std::int64_t (*move)(std::uint32_t),
-          const StepOptions& options) {
+          const IrisStepOptions& options) {
   const LensModule module = session.lens();
-  refuse_unless(stepped.on(module), module, "has no stepped iris: see iris set");
+  refuse_unless(stepped_iris.on(module), module, "has no stepped iris: see iris set");
   use_lens(session);
   const auto steps = static_cast<std::uint32_t>(options.steps);
   check_word(session, session.call([&] { return move(steps); }));
@@ -71,7 +71,7 @@ Json travel(Session& session) {
 
 Json stop_motors(Session& session) {
   const LensModule module = session.lens();
-  refuse_unless(stepped.on(module), module, "has no stepped iris");
+  refuse_unless(stepped_iris.on(module), module, "has no stepped iris");
   use_lens(session);
   check_word(session, session.call(stop));
   return {{"module", name_of(module)}, {"iris", "stopped"}, {"power", "off"}};
@@ -79,11 +79,11 @@ Json stop_motors(Session& session) {
 
 void add_step(CommandTable& table, CLI::App& group, const char* name,
               std::int64_t (*move)(std::uint32_t)) {
-  auto [command, options] =
-      table.add<StepOptions>(group, name, std::string("Steps the iris ") + name + "; DE015 alone",
-                             [name, move](Session& session, const StepOptions& given) {
-                               return step(session, name, move, given);
-                             });
+  auto [command, options] = table.add<IrisStepOptions>(
+      group, name, std::string("Steps the iris ") + name + "; DE015 alone",
+      [name, move](Session& session, const IrisStepOptions& given) {
+        return step(session, name, move, given);
+      });
   require(add_number(command, "STEPS", options.steps, word_range, "Motor steps", ""));
 }
 

@@ -9,7 +9,7 @@
 namespace kelvo::ctl {
 namespace {
 
-constexpr std::chrono::milliseconds poll_pause{10};
+constexpr std::chrono::milliseconds motor_poll_pause{10};
 
 /// A line of progress that goes with its end, however that comes.
 class Progress {
@@ -100,7 +100,7 @@ std::chrono::microseconds wait_for(Session& session, const Motor& motor,
                                    .timeout = timeout,
                                    .over = is_over,
                                    .stop = [&] { return power_off(session, motor); },
-                                   .pause = poll_pause});
+                                   .pause = motor_poll_pause});
 }
 
 }  // namespace kelvo::ctl

@@ -6,9 +6,13 @@
 #include <string>
 
 #include "tools/kelvoctl/motor_table.h"
+#include "tools/kelvoctl/numbers.h"
 #include "tools/kelvoctl/session.h"
 
 namespace kelvo::ctl {
+
+/// What a counter can be set to.
+constexpr Range all_counts{0, 0x7FFFFFFF};
 
 /// Throws a Failure where the module does not have the motor.
 void refuse_unless_fitted(const Session& session, const Motor& motor);

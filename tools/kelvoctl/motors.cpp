@@ -15,7 +15,6 @@ namespace kelvo::ctl {
 namespace {
 
 constexpr Range all_steps{-0xFFFFF, 0xFFFFF};
-constexpr Range all_counts{0, 0x7FFFFFFF};
 
 struct MoveOptions {
   std::int64_t steps = 0;
@@ -36,7 +35,7 @@ struct CountOptions {
   std::optional<std::int64_t> count;
 };
 
-const char* name_of(Stepping stepping) {
+const char* stepping_name(Stepping stepping) {
   switch (stepping) {
     case Stepping::micro: return "micro";
     case Stepping::two_phase: return "two-phase";
@@ -55,7 +54,7 @@ const MoveWay& way_of(const Session& session, const Motor& motor, const MoveOpti
   refuse_unless(most != 0, module,
                 std::string("does not move ") + motor.name +
                     (options.forward() ? " forward" : " backward") + " with --" +
-                    name_of(options.stepping()));
+                    stepping_name(options.stepping()));
   if (std::abs(options.steps) > most) {
     throw Failure(ExitCode::wrong_arguments, std::string(motor.name) + " of " +
                                                  ctl::name_of(module) + " moves by " +
@@ -70,7 +69,7 @@ Json move(Session& session, const Motor& motor, const MoveOptions& options) {
   Json result = motor_json(session, motor);
   result["steps"] = options.steps;
   result["speed"] = options.speed;
-  result["stepping"] = name_of(options.stepping());
+  result["stepping"] = stepping_name(options.stepping());
   result["count_before"] = count_json(session, motor);
   start(session, way, static_cast<std::uint8_t>(options.speed),
         static_cast<std::uint32_t>(std::abs(options.steps)));

@@ -23,7 +23,7 @@ struct Value {
 };
 
 /// One number that is set and read back.
-struct Setting {
+struct OisSetting {
   const char* name;
   const char* description;
   Range range;
@@ -31,11 +31,11 @@ struct Setting {
   std::uint32_t (*read)();
 };
 constexpr std::array settings{
-    Setting{"coma", "Shows the coma, or sets it", byte_range, Set_Coma, Read_Coma},
-    Setting{"stability", "Shows the limit up to which the gyro counts as stable, or sets it",
-            word_range,
-            [](std::uint32_t limit) { return Gyro_stability(static_cast<std::int32_t>(limit)); },
-            Read_Gyro_stability},
+    OisSetting{"coma", "Shows the coma, or sets it", byte_range, Set_Coma, Read_Coma},
+    OisSetting{"stability", "Shows the limit up to which the gyro counts as stable, or sets it",
+               word_range,
+               [](std::uint32_t limit) { return Gyro_stability(static_cast<std::int32_t>(limit)); },
+               Read_Gyro_stability},
 };
 
 struct AxisValues {
@@ -59,7 +59,7 @@ void set(Session& session, Set setter, const std::optional<std::int64_t>& value)
   session.check_lens_link();
 }
 
-std::uint32_t read(Session& session, std::uint32_t (*reader)()) {
+std::uint32_t answered(Session& session, std::uint32_t (*reader)()) {
   const std::uint32_t value = session.call(reader);
   session.check_lens_link();
   return value;
@@ -106,15 +106,15 @@ Json pause(Session& session, std::int64_t value) {
   use_lens(session);
   set(session, OIS_Pause, value);
   Json result = module_json(session);
-  result["pause"] = read(session, Read_OIS_Pause);
+  result["pause"] = answered(session, Read_OIS_Pause);
   return result;
 }
 
-Json set_or_show(Session& session, const Setting& setting, const Value& given) {
+Json set_or_show(Session& session, const OisSetting& setting, const Value& given) {
   use_lens(session);
   set(session, setting.set, given.value);
   Json result = module_json(session);
-  result[setting.name] = read(session, setting.read);
+  result[setting.name] = answered(session, setting.read);
   return result;
 }
 
@@ -129,7 +129,8 @@ Json gain(Session& session, const AxisValues& given) {
   set(session, set_x, given.x ? given.x : given.both);
   set(session, set_y, given.y ? given.y : given.both);
   Json result = module_json(session);
-  result["gain"] = {{"x", read(session, Read_X_GyroGain)}, {"y", read(session, Read_Y_GyroGain)}};
+  result["gain"] = {{"x", answered(session, Read_X_GyroGain)},
+                    {"y", answered(session, Read_Y_GyroGain)}};
   return result;
 }
 
@@ -160,7 +161,7 @@ Json mode(Session& session, std::uint32_t number, const char* name) {
 
 Json stationary_json(Session& session) {
   if (!tells_stationary.on(session.lens())) return {};
-  return read(session, Read_Stationary_detection);
+  return answered(session, Read_Stationary_detection);
 }
 
 Json stationary(Session& session, std::optional<std::uint32_t> on) {
@@ -180,11 +181,12 @@ Json read_all(Session& session) {
   Json result = module_json(session);
   result["gyro"] = pair_json(session, gyro_values);
   result["hall"] = pair_json(session, Get_HallXY_Data);
-  result["gyro_stable"] = read(session, Get_gyro_stable_flag) != 0;
-  result["gain"] = {{"x", read(session, Read_X_GyroGain)}, {"y", read(session, Read_Y_GyroGain)}};
-  for (const Setting& setting : settings) result[setting.name] = read(session, setting.read);
+  result["gyro_stable"] = answered(session, Get_gyro_stable_flag) != 0;
+  result["gain"] = {{"x", answered(session, Read_X_GyroGain)},
+                    {"y", answered(session, Read_Y_GyroGain)}};
+  for (const OisSetting& setting : settings) result[setting.name] = answered(session, setting.read);
   result["detection_mode"] = stationary_json(session);
-  result["pause"] = pausing.on(session.lens()) ? Json(read(session, Read_OIS_Pause)) : Json();
+  result["pause"] = pausing.on(session.lens()) ? Json(answered(session, Read_OIS_Pause)) : Json();
   return result;
 }
 
@@ -212,7 +214,7 @@ void add_axis_values(CommandTable& table, CLI::App& group, const char* name,
   add_number(command, "--y", options.y, limits, "For the Y axis");
 }
 
-void add_setting(CommandTable& table, CLI::App& group, const Setting& setting) {
+void add_setting(CommandTable& table, CLI::App& group, const OisSetting& setting) {
   auto [command, options] = table.add<Value>(group, setting.name, setting.description,
                                              [&setting](Session& session, const Value& given) {
                                                return set_or_show(session, setting, given);
@@ -246,7 +248,7 @@ void add_stabiliser(CommandTable& table) {
   add_axis_values(table, group, "range", "Sets the stabilisation range", "RANGE", byte_range,
                   range);
   add_modes(table, group);
-  for (const Setting& setting : settings) add_setting(table, group, setting);
+  for (const OisSetting& setting : settings) add_setting(table, group, setting);
   table.add(group, "read", "Shows the sensors, and every setting that can be read", read_all);
 }
 

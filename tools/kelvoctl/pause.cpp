@@ -12,7 +12,7 @@ struct PauseOptions {
   std::chrono::microseconds time{0};
 };
 
-Json pause(Session& session, const PauseOptions& options) {
+Json sleep_for(Session& session, const PauseOptions& options) {
   session.sleep(options.time);
   return {};
 }
@@ -21,7 +21,7 @@ Json pause(Session& session, const PauseOptions& options) {
 
 void add_sleep(CommandTable& table) {
   auto [command, options] = table.add<PauseOptions>(
-      table.root(), "sleep", "Waits, by the camera's clock: for scripts", pause);
+      table.root(), "sleep", "Waits, by the camera's clock: for scripts", sleep_for);
   require(add_duration(command, "TIME", options.time, "How long, as 20ms or 1.5s"));
 }
 

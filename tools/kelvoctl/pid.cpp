@@ -11,11 +11,11 @@
 namespace kelvo::ctl {
 namespace {
 
-struct FileOptions {
+struct TuningFileOptions {
   std::string file;
 };
 
-Json show(Session& /*session*/, const FileOptions& options) {
+Json show(Session& /*session*/, const TuningFileOptions& options) {
   if (!options.file.empty()) return tuning_json(read_tuning_file(options.file));
   const TuningTable table = loaded_tuning();
   if (table == TuningTable{}) {
@@ -26,7 +26,7 @@ Json show(Session& /*session*/, const FileOptions& options) {
   return result;
 }
 
-Json load(Session& session, const FileOptions& options) {
+Json load(Session& session, const TuningFileOptions& options) {
   load_tuning(session, read_tuning_file(options.file));
   return {};
 }
@@ -36,7 +36,7 @@ Json set_frozen(Session& session, bool frozen) {
   return {};
 }
 
-Json stop(Session& session, const FileOptions& options) {
+Json stop(Session& session, const TuningFileOptions& options) {
   if (!options.file.empty()) load_tuning(session, read_tuning_file(options.file));
   for (const HeadAxis& axis : head_axes) {
     require_gains(axis, attach_axis(session, axis), Motion::continuous);
@@ -72,15 +72,16 @@ constexpr std::array freeze_commands{
 
 void add_pid(CommandTable& table) {
   CLI::App& group = CommandTable::add_group(table.root(), "pid", "The gains of the head's moves");
-  auto [show_command, shown] = table.add<FileOptions>(group, "show", "Shows a tuning table", show);
+  auto [show_command, shown] =
+      table.add<TuningFileOptions>(group, "show", "Shows a tuning table", show);
   add_text(show_command, "FILE", shown.file, "Its file; without it what this process has loaded");
   const Place place = table.place();
-  auto [load_command, loaded] =
-      table.add<FileOptions>(group, "load", "Loads a tuning table for the moves of this process",
-                             [place](Session& session, const FileOptions& options) {
-                               require_lasting(place, "give --pid FILE with the move");
-                               return load(session, options);
-                             });
+  auto [load_command, loaded] = table.add<TuningFileOptions>(
+      group, "load", "Loads a tuning table for the moves of this process",
+      [place](Session& session, const TuningFileOptions& options) {
+        require_lasting(place, "give --pid FILE with the move");
+        return load(session, options);
+      });
   require(add_text(load_command, "FILE", loaded.file,
                    "Twelve rows of seven numbers, or the 336 bytes"));
   for (const FreezeCommand& command : freeze_commands) {
@@ -90,7 +91,7 @@ void add_pid(CommandTable& table) {
                 return set_frozen(session, frozen);
               });
   }
-  auto [stop_command, stopped] = table.add<FileOptions>(
+  auto [stop_command, stopped] = table.add<TuningFileOptions>(
       group, "stop", "Sets the gains for standing still, of both axes; stops nothing", stop);
   add_text(stop_command, "--pid", stopped.file, "The file of the tuning table", "FILE");
 }

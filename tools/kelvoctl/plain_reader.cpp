@@ -35,7 +35,7 @@ class PlainReader : public LineReader {
       throw Interrupted("interrupted");
     }
     std::array<char, 4096> part{};
-    const ssize_t length = read(STDIN_FILENO, part.data(), part.size());
+    const ssize_t length = ::read(STDIN_FILENO, part.data(), part.size());
     if (length <= 0) return false;
     waiting_.append(part.data(), static_cast<std::size_t>(length));
     return true;

@@ -20,7 +20,7 @@ struct WordOptions {
   std::int64_t word = 0;
 };
 
-Json whole(Session& session, const char* what, std::int64_t (*operation)()) {
+Json done(Session& session, const char* what, std::int64_t (*operation)()) {
   const LensModule module = session.lens();
   refuse_unless(with_pt5111.on(module), module, "has no PT5111");
   use_lens(session);
@@ -56,9 +56,9 @@ void add_pt5111(CommandTable& table) {
   CLI::App& group =
       CommandTable::add_group(table.root(), "pt5111", "Reaches the second motor chip");
   table.add(group, "init", "Initialises it, as a boot does",
-            [](Session& session) { return whole(session, "initialised", PT5111_Initialize); });
+            [](Session& session) { return done(session, "initialised", PT5111_Initialize); });
   table.add(group, "stop", "Stops its motors and cuts their power",
-            [](Session& session) { return whole(session, "stopped", stop); });
+            [](Session& session) { return done(session, "stopped", stop); });
   auto [command, options] = table.add<WordOptions>(group, "send", "Sends it one word", send);
   require(add_number(command, "WORD", options.word, word_range,
                      "Register in bits 15 to 10, then the value", ""));

@@ -43,7 +43,7 @@ Json send(Session& session, const FrameOptions& options) {
   return {{"sent", hexadecimal_bytes(frame)}};
 }
 
-Json query(Session& session, const QueryOptions& options) {
+Json send_query(Session& session, const QueryOptions& options) {
   session.attach_lens();
   std::array<std::uint8_t, reply_bytes> reply{};
   session.call([&] {
@@ -106,7 +106,8 @@ void add_raw(CommandTable& table) {
   auto [send_command, sent] =
       table.add<FrameOptions>(group, "send", "Sends a command; no argument is 0", send);
   add_bytes(send_command, sent, false);
-  auto [query_command, asked] = table.add<QueryOptions>(group, "query", "Asks a question", query);
+  auto [query_command, asked] =
+      table.add<QueryOptions>(group, "query", "Asks a question", send_query);
   require(add_number(query_command, "CODE", asked.code, byte_range, "Code, 0 to 255", ""));
   add_number(query_command, "ARGUMENT", asked.argument, byte_range, "Argument; none is 0", "");
 }

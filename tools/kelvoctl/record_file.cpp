@@ -79,9 +79,10 @@ void replace_file(const std::string& path, const std::string& bytes) {
   const std::string part = beside(path);
   if (!write_whole(part, bytes, Survive::power_cut) ||
       std::rename(part.c_str(), path.c_str()) != 0) {
-    const Failure failure = not_written(path);
+    const int reason = errno;
     std::remove(part.c_str());
-    throw failure;
+    errno = reason;
+    throw not_written(path);
   }
   synchronise_folder(path);
 }

@@ -134,7 +134,7 @@ void Session::confirm(const std::string& question) const {
     std::fputc('\n', stderr);
     throw Interrupted("interrupted: nothing was done");
   }
-  const ssize_t length = read(STDIN_FILENO, answer.data(), answer.size() - 1);
+  const ssize_t length = ::read(STDIN_FILENO, answer.data(), answer.size() - 1);
   const std::string word(answer.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
   if (word == "y\n" || word == "Y\n" || word == "yes\n") return;
   throw Failure(ExitCode::refused, "not confirmed: nothing was done");

@@ -9,11 +9,10 @@
 #include "tools/kelvoctl/file_content.h"
 #include "tools/kelvoctl/numbers.h"
 #include "tools/kelvoctl/tuning.h"
+#include "tools/kelvoctl/words.h"
 
 namespace kelvo::ctl {
 namespace {
-
-constexpr std::string_view blanks = " \t\r";
 
 /// Where something stands in a file; lines and columns count from 1.
 struct FilePlace {

@@ -7,8 +7,6 @@
 namespace kelvo::ctl {
 namespace {
 
-constexpr std::string_view blanks = " \t\r";
-
 /// Takes one word off the front of a line.
 std::string take_word(std::string_view& line) {
   std::string word;

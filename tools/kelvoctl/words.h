@@ -7,6 +7,8 @@
 
 namespace kelvo::ctl {
 
+constexpr std::string_view blanks = " \t\r";
+
 /// The words of a line of a script. Blanks part them; quotes, double or single, and a backslash keep them
 /// together; # begins a comment. Throws a Failure when a quote is not closed.
 std::vector<std::string> words_of(std::string_view line);
