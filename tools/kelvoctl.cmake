@@ -1,76 +1,76 @@
 kelvo_by_itself(
-  kelvoctl/calibration.cpp
   kelvoctl/doctor_checks.cpp
-  kelvoctl/head_moves.cpp
-  kelvoctl/interrupters.cpp
-  kelvoctl/iris.cpp
-  kelvoctl/motor_table.cpp
-  kelvoctl/offers.cpp
-  kelvoctl/pid.cpp
-  kelvoctl/pt5111.cpp
-  kelvoctl/raw.cpp)
+  kelvoctl/raw.cpp
+  kelvoctl/head/head_moves.cpp
+  kelvoctl/head/pid.cpp
+  kelvoctl/lens/interrupters.cpp
+  kelvoctl/lens/iris.cpp
+  kelvoctl/lens/motor_table.cpp
+  kelvoctl/lens/pt5111.cpp
+  kelvoctl/prompt/offers.cpp
+  kelvoctl/records/calibration.cpp)
 
 # The camera at a prompt. It runs on the camera too, where nothing of C++ is installed.
 add_executable(kelvoctl
-  kelvoctl/adc.cpp
-  kelvoctl/attach.cpp
-  kelvoctl/boot.cpp
-  kelvoctl/boot_progress.cpp
-  kelvoctl/calibrate.cpp
-  kelvoctl/calibration.cpp
-  kelvoctl/child.cpp
-  kelvoctl/columns.cpp
-  kelvoctl/command_table.cpp
   kelvoctl/commands.cpp
   kelvoctl/doctor.cpp
   kelvoctl/doctor_checks.cpp
-  kelvoctl/exit_code.cpp
-  kelvoctl/file_content.cpp
-  kelvoctl/filter.cpp
-  kelvoctl/head.cpp
-  kelvoctl/head_axis.cpp
-  kelvoctl/head_limits.cpp
-  kelvoctl/head_moves.cpp
-  kelvoctl/head_settings.cpp
-  kelvoctl/head_status.cpp
-  kelvoctl/heater.cpp
-  kelvoctl/history_file.cpp
-  kelvoctl/homing.cpp
-  kelvoctl/interrupters.cpp
-  kelvoctl/iris.cpp
   kelvoctl/i2c.cpp
-  kelvoctl/lens_names.cpp
-  kelvoctl/lens_status.cpp
-  kelvoctl/lens_use.cpp
-  kelvoctl/library_output.cpp
-  kelvoctl/line.cpp
   kelvoctl/main.cpp
-  kelvoctl/motor.cpp
-  kelvoctl/motor_table.cpp
-  kelvoctl/motors.cpp
-  kelvoctl/numbers.cpp
-  kelvoctl/offers.cpp
-  kelvoctl/ois.cpp
-  kelvoctl/options.cpp
-  kelvoctl/pan_tilt.cpp
-  kelvoctl/pause.cpp
-  kelvoctl/pid.cpp
-  kelvoctl/plain_reader.cpp
-  kelvoctl/printable.cpp
-  kelvoctl/pt5111.cpp
-  kelvoctl/record.cpp
-  kelvoctl/record_file.cpp
   kelvoctl/raw.cpp
-  kelvoctl/results.cpp
-  kelvoctl/run.cpp
-  kelvoctl/session.cpp
-  kelvoctl/shell.cpp
-  kelvoctl/signals.cpp
   kelvoctl/simulation.cpp
   kelvoctl/status.cpp
-  kelvoctl/tuning.cpp
-  kelvoctl/tuning_file.cpp
-  kelvoctl/words.cpp)
+  kelvoctl/common/child.cpp
+  kelvoctl/common/columns.cpp
+  kelvoctl/common/command_table.cpp
+  kelvoctl/common/exit_code.cpp
+  kelvoctl/common/file_content.cpp
+  kelvoctl/common/lens_names.cpp
+  kelvoctl/common/library_output.cpp
+  kelvoctl/common/numbers.cpp
+  kelvoctl/common/options.cpp
+  kelvoctl/common/printable.cpp
+  kelvoctl/common/results.cpp
+  kelvoctl/common/session.cpp
+  kelvoctl/common/signals.cpp
+  kelvoctl/common/words.cpp
+  kelvoctl/head/head.cpp
+  kelvoctl/head/head_axis.cpp
+  kelvoctl/head/head_limits.cpp
+  kelvoctl/head/head_moves.cpp
+  kelvoctl/head/head_settings.cpp
+  kelvoctl/head/head_status.cpp
+  kelvoctl/head/pan_tilt.cpp
+  kelvoctl/head/pid.cpp
+  kelvoctl/head/tuning.cpp
+  kelvoctl/head/tuning_file.cpp
+  kelvoctl/lens/adc.cpp
+  kelvoctl/lens/attach.cpp
+  kelvoctl/lens/boot.cpp
+  kelvoctl/lens/boot_progress.cpp
+  kelvoctl/lens/filter.cpp
+  kelvoctl/lens/heater.cpp
+  kelvoctl/lens/homing.cpp
+  kelvoctl/lens/interrupters.cpp
+  kelvoctl/lens/iris.cpp
+  kelvoctl/lens/lens_status.cpp
+  kelvoctl/lens/lens_use.cpp
+  kelvoctl/lens/motor.cpp
+  kelvoctl/lens/motor_table.cpp
+  kelvoctl/lens/motors.cpp
+  kelvoctl/lens/ois.cpp
+  kelvoctl/lens/pt5111.cpp
+  kelvoctl/prompt/history_file.cpp
+  kelvoctl/prompt/line.cpp
+  kelvoctl/prompt/offers.cpp
+  kelvoctl/prompt/pause.cpp
+  kelvoctl/prompt/plain_reader.cpp
+  kelvoctl/prompt/run.cpp
+  kelvoctl/prompt/shell.cpp
+  kelvoctl/records/calibrate.cpp
+  kelvoctl/records/calibration.cpp
+  kelvoctl/records/record.cpp
+  kelvoctl/records/record_file.cpp)
 target_compile_options(kelvoctl PRIVATE ${kelvo_false_alarms})
 set_target_properties(kelvoctl PROPERTIES INSTALL_RPATH "$ORIGIN/../lib")
 target_compile_definitions(kelvoctl PRIVATE KELVO_VERSION="${PROJECT_VERSION}")
@@ -82,7 +82,7 @@ else()
 endif()
 option(KELVO_SHELL_EDITING "History and completion in the shell of kelvoctl" ${editing})
 # Built in either case, so that it is checked.
-add_library(kelvoctl_no_editor OBJECT kelvoctl/no_editor.cpp)
+add_library(kelvoctl_no_editor OBJECT kelvoctl/prompt/no_editor.cpp)
 target_link_libraries(kelvoctl_no_editor PRIVATE kelvo_tools_launch kelvo_options)
 if(KELVO_SHELL_EDITING)
   find_path(KELVO_LIBEDIT_FOLDER histedit.h)
@@ -91,7 +91,7 @@ if(KELVO_SHELL_EDITING)
     message(FATAL_ERROR "histedit.h is not found: install Debian's package libedit-dev, or set "
                         "KELVO_SHELL_EDITING to OFF.")
   endif()
-  target_sources(kelvoctl PRIVATE kelvoctl/editor.cpp)
+  target_sources(kelvoctl PRIVATE kelvoctl/prompt/editor.cpp)
   target_link_libraries(kelvoctl PRIVATE ${KELVO_LIBEDIT})
 else()
   target_link_libraries(kelvoctl PRIVATE kelvoctl_no_editor)

@@ -1,4 +1,4 @@
-#include "tools/kelvoctl/boot_progress.h"
+#include "tools/kelvoctl/lens/boot_progress.h"
 
 #include <gtest/gtest.h>
 

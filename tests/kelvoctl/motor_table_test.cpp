@@ -1,4 +1,4 @@
-#include "tools/kelvoctl/motor_table.h"
+#include "tools/kelvoctl/lens/motor_table.h"
 
 #include <gtest/gtest.h>
 

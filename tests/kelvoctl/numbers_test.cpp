@@ -1,4 +1,4 @@
-#include "tools/kelvoctl/numbers.h"
+#include "tools/kelvoctl/common/numbers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tools/kelvoctl/printable.h"
+#include "tools/kelvoctl/common/printable.h"
 
 #include <gtest/gtest.h>
 

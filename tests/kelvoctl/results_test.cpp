@@ -1,4 +1,4 @@
-#include "tools/kelvoctl/results.h"
+#include "tools/kelvoctl/common/results.h"
 
 #include <gtest/gtest.h>
 

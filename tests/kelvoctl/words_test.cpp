@@ -1,8 +1,8 @@
-#include "tools/kelvoctl/words.h"
+#include "tools/kelvoctl/common/words.h"
 
 #include <gtest/gtest.h>
 
-#include "tools/kelvoctl/exit_code.h"
+#include "tools/kelvoctl/common/exit_code.h"
 
 namespace kelvo::ctl {
 namespace {

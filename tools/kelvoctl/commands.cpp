@@ -1,4 +1,4 @@
-#include "tools/kelvoctl/commands.h"
+#include "tools/kelvoctl/common/commands.h"
 
 namespace kelvo::ctl {
 

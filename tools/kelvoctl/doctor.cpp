@@ -1,8 +1,8 @@
 // Whether a camera can be driven from here, before anything is sent.
 #include <nlohmann/json.hpp>
 
-#include "tools/kelvoctl/command_table.h"
-#include "tools/kelvoctl/commands.h"
+#include "tools/kelvoctl/common/command_table.h"
+#include "tools/kelvoctl/common/commands.h"
 #include "tools/kelvoctl/doctor_checks.h"
 
 namespace kelvo::ctl {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/kelvoctl/session.h"
+#include "tools/kelvoctl/common/session.h"
 
 namespace kelvo::ctl {
 

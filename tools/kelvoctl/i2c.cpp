@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "kelvo.h"
-#include "tools/kelvoctl/command_table.h"
-#include "tools/kelvoctl/commands.h"
-#include "tools/kelvoctl/head_axis.h"
-#include "tools/kelvoctl/hexadecimal.h"
-#include "tools/kelvoctl/numbers.h"
-#include "tools/kelvoctl/options.h"
+#include "tools/kelvoctl/common/command_table.h"
+#include "tools/kelvoctl/common/commands.h"
+#include "tools/kelvoctl/common/hexadecimal.h"
+#include "tools/kelvoctl/common/numbers.h"
+#include "tools/kelvoctl/common/options.h"
+#include "tools/kelvoctl/head/head_axis.h"
 #include "wire/pan_tilt_registers.h"
 #include "wire/paths.h"
 

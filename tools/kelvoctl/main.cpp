@@ -4,10 +4,10 @@
 #include <exception>
 #include <nlohmann/json.hpp>
 
-#include "tools/kelvoctl/command_table.h"
-#include "tools/kelvoctl/line.h"
-#include "tools/kelvoctl/printable.h"
-#include "tools/kelvoctl/signals.h"
+#include "tools/kelvoctl/common/command_table.h"
+#include "tools/kelvoctl/common/printable.h"
+#include "tools/kelvoctl/common/signals.h"
+#include "tools/kelvoctl/prompt/line.h"
 #include "tools/kelvoctl/simulation.h"
 
 namespace kelvo::ctl {

@@ -5,11 +5,11 @@
 #include <nlohmann/json.hpp>
 
 #include "kelvo.h"
-#include "tools/kelvoctl/command_table.h"
-#include "tools/kelvoctl/commands.h"
-#include "tools/kelvoctl/hexadecimal.h"
-#include "tools/kelvoctl/numbers.h"
-#include "tools/kelvoctl/options.h"
+#include "tools/kelvoctl/common/command_table.h"
+#include "tools/kelvoctl/common/commands.h"
+#include "tools/kelvoctl/common/hexadecimal.h"
+#include "tools/kelvoctl/common/numbers.h"
+#include "tools/kelvoctl/common/options.h"
 
 namespace kelvo::ctl {
 namespace {

@@ -5,8 +5,8 @@
 
 #include "sim/state/shared_camera.h"
 #include "sim/wrapper/settings.h"
-#include "tools/kelvoctl/exit_code.h"
-#include "tools/kelvoctl/session.h"
+#include "tools/kelvoctl/common/exit_code.h"
+#include "tools/kelvoctl/common/session.h"
 #include "tools/launch/launch.h"
 #include "tools/launch/launch_settings.h"
 

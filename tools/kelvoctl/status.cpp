@@ -5,12 +5,12 @@
 #include <nlohmann/json.hpp>
 
 #include "kelvo.h"
-#include "tools/kelvoctl/command_table.h"
-#include "tools/kelvoctl/commands.h"
-#include "tools/kelvoctl/head_status.h"
-#include "tools/kelvoctl/hexadecimal.h"
-#include "tools/kelvoctl/lens_names.h"
-#include "tools/kelvoctl/lens_status.h"
+#include "tools/kelvoctl/common/command_table.h"
+#include "tools/kelvoctl/common/commands.h"
+#include "tools/kelvoctl/common/hexadecimal.h"
+#include "tools/kelvoctl/common/lens_names.h"
+#include "tools/kelvoctl/head/head_status.h"
+#include "tools/kelvoctl/lens/lens_status.h"
 #include "wire/paths.h"
 
 namespace kelvo::ctl {

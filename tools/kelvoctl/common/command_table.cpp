@@ -1,0 +1,160 @@
+#include "tools/kelvoctl/common/command_table.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "tools/common/option_table.h"
+#include "tools/common/output.h"
+#include "tools/common/tool_page.h"
+#include "tools/kelvoctl/common/commands.h"
+
+namespace kelvo::ctl {
+namespace {
+
+/// The last command that was named.
+const CLI::App& named_in(const CLI::App& root) {
+  const CLI::App* named = &root;
+  while (!named->get_subcommands().empty()) named = named->get_subcommands().front();
+  return *named;
+}
+
+/// As one types it, without the tool's name.
+std::string path_of(const CLI::App& command) {
+  std::string path;
+  for (const CLI::App* part = &command; part->get_parent() != nullptr; part = part->get_parent()) {
+    path = part->get_name() + (path.empty() ? "" : " ") + path;
+  }
+  return path;
+}
+
+/// The commands of a group, also of one that help does not show.
+std::vector<const CLI::App*> all_of(const CLI::App& group) {
+  const std::vector<const CLI::App*> shown = tools::commands_of(group);
+  if (!shown.empty()) return shown;
+  return group.get_subcommands([](const CLI::App* /*command*/) { return true; });
+}
+
+std::string names_of(const CLI::App& group) {
+  std::string names;
+  for (const CLI::App* const command : all_of(group)) {
+    names += (names.empty() ? "" : ", ") + command->get_name();
+  }
+  return names;
+}
+
+/// The parser would say no more than that a command is missing.
+std::string missing_command(const CLI::App& root, const CLI::App& group) {
+  const std::vector<std::string> rest = root.remaining(true);
+  const auto word =
+      std::ranges::find_if(rest, [](const std::string& part) { return !part.starts_with('-'); });
+  const std::string known = ": it is one of " + names_of(group);
+  if (word == rest.end()) return "a command is missing" + known;
+  return "\"" + *word + "\" is no command" + known;
+}
+
+tools::ToolPage page() {
+  tools::ToolPage page{tool_name, "drive a camera", "", "kelvo-sim list", {}};
+  for (const ExitCodeRow& row : exit_codes) {
+    page.exit_codes.emplace_back(static_cast<int>(row.code), row.meaning);
+  }
+  return page;
+}
+
+Action printing(const std::string& text) {
+  return [text](Session& /*session*/) {
+    tools::print(text);
+    return Json();
+  };
+}
+
+}  // namespace
+
+CommandTable::CommandTable(Place place)
+    : root_(std::make_unique<CLI::App>("Drives a camera: its lens, its stabiliser and its head.",
+                                       tool_name)),
+      place_(place) {
+  root_->fallthrough();
+  root_->require_subcommand(1);
+  root_->add_flag("--json", line_.modes.json, "Print results as JSON instead of tables");
+  root_->add_flag("--verbose", line_.modes.verbose,
+                  "Show what the library prints, on standard error");
+  root_->add_flag("-y,--yes", line_.modes.yes,
+                  "Do not ask before flash is written or a controller reset");
+  if (place == Place::arguments) add_process_options();
+  add_commands(*this);
+  if (place != Place::arguments) return;
+  add_pages(*root_, page());
+  root_->footer(exit_codes_text());  // last, because commands would inherit it
+}
+
+CommandTable::~CommandTable() = default;
+
+void CommandTable::add_process_options() {
+  root_->set_version_flag("--version", std::string(tool_name) + " " KELVO_VERSION);
+  root_
+      ->add_option_function<std::string>(
+          "--lens",
+          [this](const std::string& name) {
+            line_.lens = lens_of(name);
+            if (!line_.lens) {
+              throw CLI::ValidationError(
+                  "--lens", "\"" + name + "\" is no lens module: write " + lens_names());
+            }
+          },
+          std::string("The lens module that is fitted; without it ") + lens_variable + " says so")
+      ->type_name(lens_names());
+  root_
+      ->add_flag("--sim", simulated_,
+                 "On a simulated camera, as --sim or --sim=NAME; without a name it is kelvoctl")
+      ->type_name("NAME");
+}
+
+CLI::App& CommandTable::add_group(CLI::App& parent, const std::string& name,
+                                  const std::string& description) {
+  CLI::App& group = *parent.add_subcommand(name, description);
+  group.require_subcommand(1);
+  return group;
+}
+
+CLI::App& CommandTable::add(CLI::App& parent, const std::string& name,
+                            const std::string& description, Action run) {
+  CLI::App& command = *parent.add_subcommand(name, description);
+  command.callback([this, run = std::move(run)] { line_.action = run; });
+  return command;
+}
+
+std::string CommandTable::complaint(const CLI::ParseError& error) const {
+  const CLI::App& named = named_in(*root_);
+  std::string line = error.what();
+  if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError) &&
+      !all_of(named).empty()) {
+    return missing_command(*root_, named);
+  }
+  std::replace(line.begin(), line.end(), '\n', ' ');
+  const std::string path = path_of(named);
+  return line + ": see " + tool_name + (path.empty() ? "" : " ") + path + " --help";
+}
+
+Line CommandTable::read(std::vector<std::string> words) {
+  std::reverse(words.begin(), words.end());
+  try {
+    root_->parse(std::move(words));
+  } catch (const CLI::ParseError& error) {
+    line_.command = path_of(named_in(*root_));
+    if (error.get_exit_code() != 0) {
+      const std::string before = line_.command.empty() ? "" : line_.command + ": ";
+      throw Failure(ExitCode::wrong_arguments, before + complaint(error));
+    }
+    std::ostringstream text;
+    root_->exit(error, text, text);
+    line_.action = printing(text.str());
+  }
+  line_.command = path_of(named_in(*root_));
+  // What the parser makes of the option without a name.
+  if (!simulated_.empty()) line_.simulated = simulated_ == "true" ? "" : simulated_;
+  return line_;
+}
+
+}  // namespace kelvo::ctl
