@@ -113,6 +113,19 @@ void Session::sleep(microseconds time) const {
   end_if_interrupted();
 }
 
+void Session::set_in_motion(const std::string& name, std::function<std::string()> stop) {
+  in_motion_[name] = std::move(stop);
+}
+
+std::string Session::stop_motion() {
+  std::string all;
+  for (const auto& [name, stop] : std::exchange(in_motion_, {})) {
+    const std::string stopped = stop();
+    if (!stopped.empty()) all += (all.empty() ? "" : "; ") + stopped;
+  }
+  return all;
+}
+
 bool Session::shows_progress() const { return isatty(STDERR_FILENO) != 0; }
 
 void Session::progress(const std::string& line) const {

@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -76,6 +77,12 @@ class Session {
   /// Sleeps on the camera's clock. Throws Interrupted when somebody wants the command to end.
   void sleep(std::chrono::microseconds time) const;
 
+  /// Something has been set in motion, and may be for longer than its command. `stop` ends that, if it still
+  /// moves, and says so; otherwise nothing.
+  void set_in_motion(const std::string& name, std::function<std::string()> stop);
+  /// Stops whatever still moves, after Ctrl-C, and says so.
+  std::string stop_motion();
+
   /// Goes on after a yes. Throws a Failure for a no, and where there is nobody to ask.
   void confirm(const std::string& question) const;
 
@@ -95,6 +102,7 @@ class Session {
   bool lens_attached_ = false;
   int head_family_ = 0;
   std::optional<Failure> complaint_;
+  std::map<std::string, std::function<std::string()>> in_motion_;  // by name, how to stop it
 };
 
 /// Something that takes time and can be stopped.

@@ -136,6 +136,18 @@ void wait_for_rest(Session& session, const HeadAxis& axis, int family,
   wait_until_over(session, {"the axis moves", timeout, over, stop, axis_poll_pause});
 }
 
+/// For the session, which stops what moves after Ctrl-C.
+void set_in_motion(Session& session, const HeadAxis& axis) {
+  session.set_in_motion(axis.name, [&session, &axis]() -> std::string {
+    try {
+      if (is_surely_at_rest(session, axis)) return "";
+      return std::string(axis.name) + ": " + stop_axis(session, axis);
+    } catch (const Failure& failure) {
+      return axis.name + std::string(" may still move: ") + failure.what();
+    }
+  });
+}
+
 /// The range is a circle.
 bool is_near(std::int64_t position, std::int64_t target) {
   const std::int64_t apart = std::abs(position - target);
@@ -166,6 +178,7 @@ Json move_to(Session& session, const HeadAxis& axis, const GotoOptions& options)
                           static_cast<std::uint32_t>(options.position));
     });
   }
+  set_in_motion(session, axis);
   check_answers(session, axis, family);
   if (options.wait) wait_for_arrival(session, axis, family, options);
   Json result = place_json(session, axis);
@@ -193,6 +206,7 @@ Json move(Session& session, const HeadAxis& axis, const RunOptions& options) {
                        static_cast<std::int32_t>(options.speed));
     });
   }
+  set_in_motion(session, axis);
   check_answers(session, axis, family);
   if (options.time != until_stopped) move_for(session, axis, family, options.time);
   Json result = place_json(session, axis);

@@ -88,6 +88,15 @@ std::string power_off(Session& session, const Motor& motor) {
          (sent ? " is stopped, and its power is off" : " may still move: nothing reaches it");
 }
 
+std::string stop_if_running(Session& session, const Motor& motor) {
+  try {
+    if (!is_running(session, motor)) return "";
+  } catch (const Failure&) {
+    // Whether the link has failed, its power off will tell.
+  }
+  return power_off(session, motor);
+}
+
 std::chrono::microseconds wait_for(Session& session, const Motor& motor,
                                    std::chrono::microseconds timeout,
                                    const std::function<bool()>& over) {

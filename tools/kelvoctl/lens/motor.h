@@ -32,6 +32,8 @@ void start(Session& session, const MoveWay& way, std::uint8_t speed, std::uint32
 bool is_running(Session& session, const Motor& motor);
 /// Cuts its power, whatever it does, and says so.
 std::string power_off(Session& session, const Motor& motor);
+/// The same unless it stands still; then nothing.
+std::string stop_if_running(Session& session, const Motor& motor);
 
 /// Waits until `over` says so, and returns the time that it took. Ctrl-C cuts the motor's power.
 std::chrono::microseconds wait_for(Session& session, const Motor& motor,

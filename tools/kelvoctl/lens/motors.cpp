@@ -73,9 +73,11 @@ Json move(Session& session, const Motor& motor, const MoveOptions& options) {
   result["count_before"] = count_json(session, motor);
   start(session, way, static_cast<std::uint8_t>(options.speed),
         static_cast<std::uint32_t>(std::abs(options.steps)));
+  session.set_in_motion(motor.name, [&session, &motor] { return stop_if_running(session, motor); });
   if (!options.wait) return result;
   const auto over = [&] { return !is_running(session, motor); };
   const std::chrono::microseconds time = wait_for(session, motor, options.timeout, over);
+  use_lens(session);  // a controller that has restarted stands still as well
   result["count_after"] = count_json(session, motor);
   result["time_ms"] = milliseconds_of(time);
   return result;

@@ -40,6 +40,10 @@ void perform(Session& session, const Line& line) {
     end_if_interrupted();
   } catch (const tools::OutputFailure& failure) {
     throw Failure(ExitCode::no_output, failure.what());
+  } catch (const Interrupted& interrupted) {
+    const std::string stopped = session.stop_motion();
+    throw Interrupted(line.command + ": " + interrupted.what() +
+                      (stopped.empty() ? "" : ": " + stopped));
   } catch (const Failure& failure) {
     throw Failure(failure.code(), line.command + ": " + failure.what());
   }
