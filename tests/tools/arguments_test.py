@@ -64,6 +64,14 @@ class Arguments(tool.ToolTest):
         for rest in ([], ["--"]):
             self.check_refused(2, "kelvo-sim run: no program: write -- and the program behind the options", "run", *rest)
 
+    def test_a_program_that_the_command_does_not_take(self):
+        self.check_refused(2, "kelvo-sim trace: a program is traced with --real: add it, or leave the program away",
+                           "trace", "desk", "--", "true")
+        for command in ("list", "remove", "status", "violations"):
+            name = ARGUMENTS.get(command, [])
+            self.check_refused(2, f"kelvo-sim {command}: The following argument was not expected: true: "
+                                  f"see kelvo-sim {command} --help", command, *name, "--", "true")
+
     def test_a_program_without_dashes_before_it(self):
         self.check_refused(2, "kelvo-sim run: The following argument was not expected: true: "
                               "see kelvo-sim run --help", "run", "true")

@@ -136,6 +136,10 @@ class Libraries(tool.ToolTest):
         path = self.file("library.so", elf_header(own_machine(), kind=1))
         self.check_library(path, f"{path}: is no shared library that can be read: build or install it anew")
 
+    def test_that_is_another(self):
+        path = self.file("library.so", elf_header(own_machine(), kind=3))
+        self.check_library(path, f"{path}: is another library than libkelvo-sim.so: correct KELVO_SIM_LIBRARY")
+
     def test_for_another_machine(self):
         path = self.file("library.so", elf_header(another_machine(), kind=3))
         self.check_library(path, f"{path}: is a library for {OTHER_MACHINES[another_machine()]}, this machine's are "

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <exception>
 #include <sstream>
+#include <string_view>
 
 #include "tools/common/failure.h"
 #include "tools/common/output.h"
@@ -68,13 +69,16 @@ void check_command(const CLI::App& app, char** first, char** end) {
   throw CLI::ExtrasError(tool_name, {*first});
 }
 
+bool takes_program(std::string_view command) { return command == "run" || command == "trace"; }
+
 int run_tool(int argc, char** argv) {
   CLI::App app("Runs programs on simulated cameras, and shows what became of these.", tool_name);
   Context context;
   add_commands(app, context);
-  // A program's own arguments are nobody else's business.
+  // A program's own arguments are nobody else's business. Other commands take no program.
   char** const end = argv + argc;
-  char** const dashes = std::find(argv + 1, end, std::string("--"));
+  const bool runs = argc > 1 && takes_program(argv[1]);
+  char** const dashes = runs ? std::find(argv + 1, end, std::string("--")) : end;
   if (dashes != end) context.program.assign(dashes + 1, end);
   try {
     check_command(app, argv + 1, dashes);

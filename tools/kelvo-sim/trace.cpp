@@ -117,7 +117,7 @@ void trace_camera(const TraceArguments& arguments) {
   if (arguments.follow) follow(*camera, arguments.seconds, output, reader);
 }
 
-void check(const TraceArguments& arguments) {
+void check(const TraceArguments& arguments, bool program) {
   const bool of_camera = !arguments.name.empty() || arguments.follow || arguments.last;
   const char* wrong = nullptr;
   if (arguments.seconds && !arguments.follow) wrong = "--for goes with --follow: add it";
@@ -127,11 +127,13 @@ void check(const TraceArguments& arguments) {
   if (!arguments.real && arguments.name.empty()) {
     wrong = "no camera: name one, or write --real -- and a program for the real devices";
   }
+  if (!arguments.real && program)
+    wrong = "a program is traced with --real: add it, or leave the program away";
   if (wrong != nullptr) throw Failure(ExitCode::wrong_arguments, wrong);
 }
 
 void trace(const TraceArguments& arguments, Context& context) {
-  check(arguments);
+  check(arguments, !context.program.empty());
   if (arguments.real) return trace_real(form_of(arguments), context);
   trace_camera(arguments);
 }

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <optional>
 #include <system_error>
 
@@ -42,6 +44,13 @@ fs::path named_or_own() {
   return fs::absolute(named);
 }
 
+/// Every build of the library bears its own name.
+bool is_preload_library(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  const std::string content{std::istreambuf_iterator<char>(file), {}};
+  return content.find("libkelvo-sim.so") != std::string::npos;
+}
+
 }  // namespace
 
 std::string find_preload_library() {
@@ -54,6 +63,9 @@ std::string find_preload_library() {
     throw failure(path + ": is a library for " + name_of(elf->architecture) +
                   ", this machine's are for " + name_of(own_architecture()) +
                   ": name another one in " + library_variable);
+  }
+  if (!is_preload_library(path)) {
+    throw failure(path + ": is another library than libkelvo-sim.so: correct " + library_variable);
   }
   // They separate the names in LD_PRELOAD, and the loader knows no way to quote them.
   if (path.find_first_of(": \t") != std::string::npos) {
