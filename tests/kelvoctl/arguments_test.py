@@ -27,6 +27,15 @@ class Arguments(kelvoctl_tool.KelvoctlTest):
         self.check_refused("boot: The following argument was not expected: --foo: see kelvoctl boot --help",
                            "boot", "--foo")
 
+    def test_an_unknown_option_in_a_command_s_place(self):
+        self.check_refused('"--foo" is no option: see kelvoctl --help', "--foo")
+        self.check_refused('"-x" is no option: see kelvoctl --help', "-x")
+        self.check_refused('"--foo" is no option: see kelvoctl --help', "--json", "--foo", "bot")
+        self.check_refused('pan: "--foo" is no option: see kelvoctl pan --help', "pan", "--foo")
+        self.check_refused('ois stationary: "-x" is no option: see kelvoctl ois stationary --help',
+                           "ois", "stationary", "-x")
+        self.check_starts('"-" is no command: it is one of boot, ', "-")
+
     def test_one_command_at_a_time(self):
         self.check_refused("boot: The following argument was not expected: attach: see kelvoctl boot --help",
                            "boot", "attach")

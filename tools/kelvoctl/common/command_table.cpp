@@ -44,13 +44,24 @@ std::string names_of(const CLI::App& group) {
   return names;
 }
 
+bool is_option(const std::string& word) {
+  return word.size() > 1 && word.starts_with('-') && word != "--";
+}
+
+/// Where to read on.
+std::string see_help(const CLI::App& command) {
+  const std::string path = path_of(command);
+  return std::string(": see ") + tool_name + (path.empty() ? "" : " ") + path + " --help";
+}
+
 /// The parser would say no more than that a command is missing.
 std::string missing_command(const CLI::App& root, const CLI::App& group) {
   const std::vector<std::string> rest = root.remaining(true);
   const auto word =
-      std::ranges::find_if(rest, [](const std::string& part) { return !part.starts_with('-'); });
+      std::ranges::find_if(rest, [](const std::string& part) { return part != "--"; });
   const std::string known = ": it is one of " + names_of(group);
   if (word == rest.end()) return "a command is missing" + known;
+  if (is_option(*word)) return "\"" + *word + "\" is no option" + see_help(group);
   return "\"" + *word + "\" is no command" + known;
 }
 
@@ -133,8 +144,7 @@ std::string CommandTable::complaint(const CLI::ParseError& error) const {
     return missing_command(*root_, named);
   }
   std::replace(line.begin(), line.end(), '\n', ' ');
-  const std::string path = path_of(named);
-  return line + ": see " + tool_name + (path.empty() ? "" : " ") + path + " --help";
+  return line + see_help(named);
 }
 
 Line CommandTable::read(std::vector<std::string> words) {
