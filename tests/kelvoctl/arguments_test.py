@@ -49,7 +49,7 @@ class Arguments(kelvoctl_tool.KelvoctlTest):
 
     def test_help_shows_options_commands_and_exit_codes(self):
         text = self.check(kelvoctl_tool.call("--help"), 0, None).stdout
-        for part in ("--lens de015|df033|t5391", "--sim NAME", "--json", "--verbose", "-y,--yes"):
+        for part in ("--lens de015|df033|t5391", "--sim [=NAME]", "--json", "--verbose", "-y,--yes"):
             self.assertIn(part, text)
         for command in ("boot", "attach", "status", "run", "shell", "doctor"):
             self.assertRegex(text, rf"(?m)^  {command} +[A-Z]")

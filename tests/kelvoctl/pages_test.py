@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Completion and the manual page, made from the table of commands."""
 
+import re
 import subprocess
 
 import kelvoctl_tool
@@ -45,6 +46,18 @@ class Pages(kelvoctl_tool.KelvoctlTest):
         self.assertTrue(page.startswith(".TH KELVOCTL 1\n"))
         for part in (".SS boot\n", ".SS run FILE\n", "\\fB130\\fR\ninterrupted\n", "\\fB\\-\\-lens\\fR"):
             self.assertIn(part, page)
+
+    def test_the_manual_page_shows_what_may_be_left_out(self):
+        page = self.check(kelvoctl_tool.call("manual"), 0, None).stdout
+        for part in (".SS zoom1 count [N]\n", ".SS pi read [SENSOR]\n", ".SS raw query CODE [ARGUMENT]\n",
+                     ".SS i2c write SLAVE REGISTER [NUMBER...]\n", "\\fB\\-\\-sim\\fR\\fI[=NAME]\\fR\n",
+                     "\\fB\\-\\-width\\fR \\fIN\\fR\n", "\\fB\\-\\-json\\fR\n"):
+            self.assertIn(part, page)
+
+    def test_the_manual_page_has_the_environment(self):
+        page = self.check(kelvoctl_tool.call("manual"), 0, None).stdout.split(".SH ENVIRONMENT\n")[1]
+        self.assertEqual(re.findall(r"(?m)^\.TP\n\\fB(\w+)\\fR\n\w", page),
+                         ["KELVO_LENS", "KELVO_SIM", "KELVO_SIM_LIBRARY", "KELVOCTL_HISTORY", "XDG_STATE_HOME"])
 
 
 if __name__ == "__main__":

@@ -1,6 +1,7 @@
 // The manual page, from the option table.
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <sstream>
 
 #include "tools/common/option_table.h"
 #include "tools/common/tool_page.h"
@@ -33,8 +34,10 @@ std::string names_of(const CLI::Option& option) {
 
 std::string option_text(const CLI::Option& option) {
   std::string text = ".TP\n\\fB" + escaped(names_of(option)) + "\\fR";
-  if (option.get_items_expected_max() != 0)
-    text += " \\fI" + escaped(option.get_type_name()) + "\\fR";
+  const std::string type = option.get_type_name();
+  const bool joined = type.starts_with('[');  // as [=NAME]
+  if (joined || option.get_items_expected_max() != 0)
+    text += std::string(joined ? "" : " ") + "\\fI" + escaped(type) + "\\fR";
   return text + "\n" + escaped(option.get_description()) + "\n";
 }
 
@@ -46,7 +49,7 @@ std::string argument_text(const CLI::Option& argument) {
 std::string command_text(const CLI::App& command, const std::string& name) {
   std::string text = ".SS " + escaped(name);
   for (const CLI::Option* const argument : arguments_of(command)) {
-    text += " " + escaped(argument->get_name());
+    text += " " + escaped(CLI::Formatter().make_option_usage(argument));
   }
   text += "\n" + escaped(command.get_description()) + ".\n";
   for (const CLI::Option* const argument : arguments_of(command)) text += argument_text(*argument);
@@ -55,6 +58,16 @@ std::string command_text(const CLI::App& command, const std::string& name) {
     text += command_text(*below, name + " " + below->get_name());
   }
   return text;
+}
+
+/// Each name with what it means.
+template <typename Name>
+std::string list_text(const std::vector<std::pair<Name, std::string>>& list) {
+  std::ostringstream text;
+  for (const auto& [name, meaning] : list) {
+    text << ".TP\n\\fB" << name << "\\fR\n" << escaped(meaning) << "\n";
+  }
+  return text.str();
 }
 
 }  // namespace
@@ -74,11 +87,8 @@ std::string manual(const CLI::App& app, const ToolPage& page) {
   for (const CLI::App* const command : commands_of(app)) {
     text += command_text(*command, command->get_name());
   }
-  text += ".SH EXIT STATUS\n" + escaped(page.exit_remark) + "\n";
-  for (const auto& [code, meaning] : page.exit_codes) {
-    text += ".TP\n\\fB" + std::to_string(code) + "\\fR\n" + escaped(meaning) + "\n";
-  }
-  return text;
+  text += ".SH EXIT STATUS\n" + escaped(page.exit_remark) + "\n" + list_text(page.exit_codes);
+  return text + ".SH ENVIRONMENT\n" + list_text(page.variables);
 }
 
 }  // namespace kelvo::tools

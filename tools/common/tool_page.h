@@ -19,6 +19,7 @@ struct ToolPage {
   std::string exit_remark;    // before the exit codes
   std::string names_command;  // prints the cameras' names, one a line behind a heading
   std::vector<std::pair<int, std::string>> exit_codes;
+  std::vector<std::pair<std::string, std::string>> variables;  // of the environment
 };
 
 /// The manual page, in the form that man reads.

@@ -5,10 +5,12 @@
 #include <sstream>
 #include <string_view>
 
+#include "sim/wrapper/settings.h"
 #include "tools/common/failure.h"
 #include "tools/common/output.h"
 #include "tools/common/tool_page.h"
 #include "tools/kelvo-sim/commands.h"
+#include "tools/launch/preload_library.h"
 
 namespace kelvo::tools {
 namespace {
@@ -18,7 +20,10 @@ ToolPage page() {
                 "run programs on simulated cameras",
                 "A program that is run has its own.",
                 std::string(tool_name) + " list",
-                {}};
+                {},
+                {{sim::settings_variable, "Settings of the camera, where options do not give them"},
+                 {library_variable, "The preload library, if it is another one"},
+                 {"XDG_RUNTIME_DIR", "The folder for the files of cameras, if not /tmp"}}};
   for (const ExitCodeRow& row : exit_codes) {
     page.exit_codes.emplace_back(static_cast<int>(row.code), row.meaning);
   }

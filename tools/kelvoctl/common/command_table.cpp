@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <array>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -65,8 +66,18 @@ std::string missing_command(const CLI::App& root, const CLI::App& group) {
   return "\"" + *word + "\" is no command" + known;
 }
 
+/// What the environment says.
+constexpr std::array<std::pair<const char*, const char*>, 5> variables{{
+    {lens_variable, "The lens module that is fitted, where --lens does not name it"},
+    {"KELVO_SIM", "Settings of the camera of --sim, and its name where --sim has none"},
+    {"KELVO_SIM_LIBRARY", "The preload library of the simulated camera, if it is another one"},
+    {"KELVOCTL_HISTORY", "The file for the history of the shell; none if it is empty"},
+    {"XDG_STATE_HOME", "The folder in which kelvoctl/history is, if not ~/.local/state"},
+}};
+
 tools::ToolPage page() {
-  tools::ToolPage page{tool_name, "drive a camera", "", "kelvo-sim list", {}};
+  tools::ToolPage page{tool_name, "drive a camera", "", "kelvo-sim list", {}, {}};
+  page.variables.assign(variables.begin(), variables.end());
   for (const ExitCodeRow& row : exit_codes) {
     page.exit_codes.emplace_back(static_cast<int>(row.code), row.meaning);
   }
@@ -119,7 +130,7 @@ void CommandTable::add_process_options() {
   root_
       ->add_flag("--sim", simulated_,
                  "On a simulated camera, as --sim or --sim=NAME; without a name it is kelvoctl")
-      ->type_name("NAME");
+      ->type_name("[=NAME]");
 }
 
 CLI::App& CommandTable::add_group(CLI::App& parent, const std::string& name,
