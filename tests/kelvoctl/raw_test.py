@@ -86,15 +86,15 @@ class I2c(HeadTest):
     def test_read(self):
         """The tilt axis of either family is in the middle of its range, a vetra one with its zero at 3500."""
         for self.head, number, value in (("tasmere", 4, 32768), ("vetra", 50, 12500)):
-            for slave in ("tilt", "41", "0x29"):
+            for slave, shown in (("tilt", "tilt"), ("41", 41), ("0x29", 41)):
                 self.assertEqual(self.result("i2c", "read", slave, number, 2), {
-                    "schema": 1, "command": "i2c read", "slave": 41, "register": number,
+                    "schema": 1, "command": "i2c read", "slave": shown, "register": number,
                     "bytes": f"{value >> 8:02X} {value & 0xFF:02X}", "value": value})
             self.assertEqual(self.violations(), [])
             self.remove_camera()
 
     def test_one_byte_is_read_without_a_length(self):
-        self.check(self.ctl("i2c", "read", "pan", 254), 0, "slave     40\nregister  254\nbytes     01\nvalue     1\n")
+        self.check(self.ctl("i2c", "read", "pan", 254), 0, "slave     pan\nregister  254\nbytes     01\nvalue     1\n")
 
     def test_what_is_no_number_is_bytes_alone(self):
         self.assertIsNone(self.result("i2c", "read", "pan", 254, 5)["value"])

@@ -70,6 +70,13 @@ std::uint16_t slave_of(const std::string& text) {
                 "\"" + text + "\" is no slave: write pan, tilt or 0 to 127");
 }
 
+/// As it was given: a name or a number.
+Json shown_slave(const std::string& text) {
+  return std::ranges::find(head_axes, text, &HeadAxis::name) != head_axes.end()
+             ? Json(text)
+             : Json(slave_of(text));
+}
+
 /// Numbers of `width` bytes, the high ones first.
 Bytes packed(const std::vector<std::string>& values, std::int64_t width) {
   const std::int64_t most = (std::int64_t{1} << 8 * width) - 1;
@@ -113,7 +120,7 @@ Json read_registers(Session& session, const ReadOptions& options) {
   std::uint32_t value = 0;
   for (const std::uint8_t byte : bytes) value = value << 8 | byte;
   const bool is_number = !bytes.empty() && bytes.size() <= longest_value;
-  return {{"slave", slave},
+  return {{"slave", shown_slave(options.slave)},
           {"register", options.number},
           {"bytes", hexadecimal_bytes(bytes)},
           {"value", is_number ? Json(value) : Json()}};
@@ -139,8 +146,9 @@ Json write(Session& session, const WriteOptions& options) {
   }),
                slave);
   if (axis != nullptr) forget_settings(*axis);
-  return {
-      {"slave", options.slave}, {"register", options.number}, {"bytes", hexadecimal_bytes(bytes)}};
+  return {{"slave", shown_slave(options.slave)},
+          {"register", options.number},
+          {"bytes", hexadecimal_bytes(bytes)}};
 }
 
 void add_place(CLI::App& command, std::string& slave, std::int64_t& number) {
