@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
 """kelvoctl doctor: what stands in the way, without a lens module and before anything is sent."""
 
+import json
+
 import kelvoctl_tool
 import project
 
@@ -39,9 +41,27 @@ class Doctor(kelvoctl_tool.KelvoctlTest):
         self.assertRegex(result.stdout, r"(?m)^/dev/i2c-2 +bad +No such file or directory: load its driver$")
         self.assertRegex(result.stdout, r"(?m)^images of t5391 +doubtful +placeholders")
 
-    def test_a_library_that_is_not_installed(self):
+    def test_a_damaged_record(self):
+        place = self.folder / "bin/DC_S_Cali.dat"
+        place.parent.mkdir()
+        place.write_bytes(bytes(10))
+        line = "no iris record: it has 10 bytes and must have 24"
+        result = self.ctl("doctor", "--json", settings=f"clock=sleep files={self.folder}")
+        self.check(result, 6, None, f"kelvoctl: doctor: /bin/DC_S_Cali.dat: {line}\n")
+        self.assertEqual(self.findings(json.loads(result.stdout))["/bin/DC_S_Cali.dat"], ("bad", line))
+
+    def test_a_record_that_cannot_be_read(self):
+        place = self.folder / "bin/OIS_S_Cali.dat"
+        place.parent.mkdir()
+        place.write_bytes(bytes(60))
+        result = self.ctl("doctor", "--json", settings=f"clock=sleep files={self.folder} fault=file:unreadable")
+        self.check(result, 2, None, "kelvoctl: doctor: /bin/OIS_S_Cali.dat: Permission denied\n")
+        self.assertEqual(self.findings(json.loads(result.stdout))["/bin/OIS_S_Cali.dat"],
+                         ("bad", "Permission denied"))
+
+    def test_the_lock_of_the_simulated_camera_is_its_own(self):
         found = self.findings(self.result("doctor"))
-        self.assertEqual(found["installed library"][0], "doubtful")
+        self.assertEqual(found["installed library"], ("good", "not used: the bus lock is the camera's own"))
 
 
 if __name__ == "__main__":

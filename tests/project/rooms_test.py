@@ -49,7 +49,8 @@ ROOMS = {
     "tools/kelvoctl/head":    INTERFACE + ("tools/kelvoctl/common",),
     "tools/kelvoctl/prompt":  ("tools/kelvoctl/common", "tools/common"),
     "tools/kelvoctl":    INTERFACE + ("tools/kelvoctl/common", "tools/kelvoctl/lens", "tools/kelvoctl/head",
-                                      "tools/kelvoctl/prompt", "tools/launch", "sim/state", "sim/wrapper"),
+                                      "tools/kelvoctl/records", "tools/kelvoctl/prompt",
+                                      "tools/launch", "sim/state", "sim/wrapper"),
     "benchmarks":        INTERFACE + ("sim/seam", "sim/state", "sim/wrapper"),
     "examples":          ("include",),
 }

@@ -8,13 +8,13 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <string_view>
 
 #include "kelvo.h"
+#include "tools/kelvoctl/records/record_file.h"
 #include "wire/paths.h"
 
 namespace kelvo::ctl {
@@ -99,6 +99,34 @@ Finding check_semaphore(Session& session, int set) {
           ExitCode::link_failed};
 }
 
+/// A record that a boot of the module loads.
+Finding check_record(LensModule module, const std::string& path) {
+  try {
+    return {path, Health::good, stored_record(kind_of(module), path) ? "there" : "none"};
+  } catch (const Failure& failure) {
+    const std::string line = failure.what();
+    const std::string before = path + ": ";  // which the row begins with anyway
+    return {path, Health::bad, line.starts_with(before) ? line.substr(before.size()) : line,
+            static_cast<ExitCode>(failure.code())};
+  }
+}
+
+/// The installed library, from which the bus lock's key is made.
+Finding check_installed(const std::string& loaded) {
+  constexpr char what[] = "installed library";
+  if (is_simulated()) return {what, Health::good, "not used: the bus lock is the camera's own"};
+  if (access(wire::lock_key_path, F_OK) != 0) {
+    return {what, Health::doubtful,
+            std::string("not at ") + wire::lock_key_path +
+                ": the bus lock uses a key that it shares with others"};
+  }
+  if (same_file(loaded.c_str(), wire::lock_key_path)) {
+    return {what, Health::good, wire::lock_key_path};
+  }
+  return {what, Health::doubtful,
+          std::string(wire::lock_key_path) + " is another one than the one that is loaded"};
+}
+
 }  // namespace
 
 std::vector<Finding> check_camera() {
@@ -115,16 +143,7 @@ std::vector<Finding> check_devices() {
 
 std::vector<Finding> check_library() {
   const std::string loaded = loaded_library();
-  Finding key{"installed library", Health::good, wire::lock_key_path};
-  if (access(wire::lock_key_path, F_OK) != 0) {
-    key = {"installed library", Health::doubtful,
-           std::string("not at ") + wire::lock_key_path +
-               ": the bus lock uses a key that it shares with others"};
-  } else if (!same_file(loaded.c_str(), wire::lock_key_path)) {
-    key = {"installed library", Health::doubtful,
-           std::string(wire::lock_key_path) + " is another one than the one that is loaded"};
-  }
-  return {{"loaded library", Health::good, loaded}, key};
+  return {{"loaded library", Health::good, loaded}, check_installed(loaded)};
 }
 
 std::vector<Finding> check_bus_lock(Session& session) {
@@ -158,14 +177,9 @@ std::vector<Finding> check_images() {
 }
 
 std::vector<Finding> check_records() {
-  std::vector<Finding> findings;
-  for (const char* const path :
-       {wire::stabiliser_record, wire::iris_record, wire::iris_default_record}) {
-    std::FILE* const file = std::fopen(path, "re");
-    findings.push_back({path, Health::good, file != nullptr ? "there" : "none"});
-    if (file != nullptr) std::fclose(file);
-  }
-  return findings;
+  return {check_record(LensModule::de015, wire::stabiliser_record),
+          check_record(LensModule::df033, wire::iris_record),
+          check_record(LensModule::t5391, wire::iris_default_record)};
 }
 
 }  // namespace kelvo::ctl
