@@ -69,6 +69,7 @@ add_executable(kelvoctl
   kelvoctl/prompt/shell.cpp
   kelvoctl/records/calibrate.cpp
   kelvoctl/records/calibration.cpp
+  kelvoctl/records/iris_range.cpp
   kelvoctl/records/record.cpp
   kelvoctl/records/record_file.cpp)
 target_compile_options(kelvoctl PRIVATE ${kelvo_false_alarms})

@@ -61,6 +61,16 @@ class Iris(LensTest):
         self.check_shows("module   df033\nminimum  403\nmaximum  3708\n", "iris", "range")
         self.check_shows("module   t5391\nminimum  403\nmaximum  3708\n", "iris", "range", lens="t5391")
 
+    def test_the_range_of_a_damaged_record(self):
+        place = self.folder / "bin/DC_S_Cali.dat"
+        place.parent.mkdir()
+        for size in (10, 23, 25):
+            place.write_bytes(bytes(size))
+            for lens in ("df033", "t5391"):
+                self.check_fails(6, f"iris range: /bin/DC_S_Cali.dat: no iris record: it has {size} bytes and must "
+                                    "have 24", "iris", "range", lens=lens,
+                                 settings=f"clock=sleep files={self.folder}")
+
     def test_what_is_no_number(self):
         self.check_numbers("iris set", ([], "LEVEL is required"),
                            (["65536"], 'LEVEL: "65536" is no number from 0 to 65535'))

@@ -8,6 +8,7 @@ void add_commands(CommandTable& table) {
   add_status(table);
   add_motors(table);
   add_iris(table);
+  add_iris_range(table);
   add_filter(table);
   add_heater(table);
   add_adc(table);

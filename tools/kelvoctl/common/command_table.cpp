@@ -140,6 +140,10 @@ CLI::App& CommandTable::add_group(CLI::App& parent, const std::string& name,
   return group;
 }
 
+CLI::App& CommandTable::group(CLI::App& parent, const std::string& name) {
+  return *parent.get_subcommand(name);
+}
+
 CLI::App& CommandTable::add(CLI::App& parent, const std::string& name,
                             const std::string& description, Action run) {
   CLI::App& command = *parent.add_subcommand(name, description);

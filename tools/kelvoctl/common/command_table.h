@@ -58,6 +58,8 @@ class CommandTable {
   /// Adds words that commands stand behind: zoom1, ois.
   static CLI::App& add_group(CLI::App& parent, const std::string& name,
                              const std::string& description);
+  /// One that has been added.
+  static CLI::App& group(CLI::App& parent, const std::string& name);
 
   /// Adds a command. `run` is called when the whole line has been understood.
   ///

@@ -12,6 +12,7 @@ void add_status(CommandTable& table);
 void add_doctor(CommandTable& table);
 void add_motors(CommandTable& table);
 void add_iris(CommandTable& table);
+void add_iris_range(CommandTable& table);
 void add_filter(CommandTable& table);
 void add_heater(CommandTable& table);
 void add_adc(CommandTable& table);

@@ -2,7 +2,6 @@
 #include <nlohmann/json.hpp>
 
 #include "kelvo.h"
-#include "tools/kelvoctl/common/child.h"
 #include "tools/kelvoctl/common/command_table.h"
 #include "tools/kelvoctl/common/commands.h"
 #include "tools/kelvoctl/common/lens_names.h"
@@ -10,13 +9,11 @@
 #include "tools/kelvoctl/common/options.h"
 #include "tools/kelvoctl/lens/lens_use.h"
 #include "tools/kelvoctl/lens/pt5111.h"
-#include "wire/paths.h"
 
 namespace kelvo::ctl {
 namespace {
 
 constexpr Fitted stepped_iris{true, false, false};
-constexpr Fitted looped{false, true, true};
 
 struct IrisStepOptions {
   std::int64_t steps = 0;
@@ -24,12 +21,6 @@ struct IrisStepOptions {
 
 struct LevelOptions {
   std::int64_t level = 0;
-};
-
-struct Travel {
-  std::int32_t result = -1;
-  std::uint32_t high = 0;
-  std::uint32_t low = 0;
 };
 
 Json step(Session& session, const char* what, std::int64_t (*move)(std::uint32_t),
@@ -48,25 +39,6 @@ Json set(Session& session, const LevelOptions& options) {
   session.call([level] { return setDCIrisABS(level); });
   session.check_lens_link();
   return {{"module", name_of(session.lens())}, {"level", level}};
-}
-
-/// In a child, because on T5391 each call costs the process a descriptor.
-Json travel(Session& session) {
-  const LensModule module = session.lens();
-  refuse_unless(looped.on(module), module, "has no iris loop");
-  const auto read = [module] {
-    SetLensType(static_cast<std::int32_t>(module));
-    Travel travel;
-    travel.result = Get_DC_Range(&travel.high, &travel.low);
-    return travel;
-  };
-  const Travel travel =
-      call_in_child<Travel>(session, read, [](const std::string& /*line*/) {}).result;
-  if (travel.result != 0) {
-    throw Failure(ExitCode::wrong_arguments,
-                  std::string(wire::iris_record) + ": cannot be opened: calibrate the iris");
-  }
-  return {{"module", name_of(module)}, {"minimum", travel.low}, {"maximum", travel.high}};
 }
 
 Json stop_motors(Session& session) {
@@ -99,7 +71,6 @@ void add_iris(CommandTable& table) {
       table.add<LevelOptions>(group, "set", "Sets the target of the iris loop", set);
   require(
       add_number(command, "LEVEL", options.level, word_range, "Within the travel of the unit", ""));
-  table.add(group, "range", "Shows the travel of the unit, from its calibration record", travel);
 }
 
 }  // namespace kelvo::ctl
