@@ -86,6 +86,12 @@ class Run(kelvoctl_tool.KelvoctlTest):
         result = self.check(self.ctl("run", script), 2, "", None)
         self.assertTrue(result.stderr.endswith(f"{script}: too many scripts within scripts\n"))
 
+    def test_a_script_opens_no_shell(self):
+        inner = self.script("shell", name="inner")
+        self.check_fails(2, f"run: {inner}:1: shell: a script cannot open a shell", "run", inner)
+        outer = self.script(f"run {inner}", name="outer")
+        self.check_fails(2, f"run: {outer}:1: run: {inner}:1: shell: a script cannot open a shell", "run", outer)
+
     def test_a_file_that_is_not_there(self):
         self.check_fails(2, "run: /no/such/file: No such file or directory", "run", "/no/such/file")
 

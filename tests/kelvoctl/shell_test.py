@@ -38,6 +38,26 @@ class Piped(kelvoctl_tool.KelvoctlTest):
         self.assertIn("Usage: kelvoctl [OPTIONS]", result.stdout)
         self.assertIn("Usage: kelvoctl run [OPTIONS] FILE", result.stdout)
 
+    def test_help_shows_what_the_shell_has_of_its_own(self):
+        text = self.check(self.shell("help\n"), 0, None).stdout
+        for word in ("help", "exit"):
+            self.assertRegex(text, rf"(?m)^  {word}\b.* [A-Z]")
+            self.assertRegex(self.check(self.shell(f"help {word}\n"), 0, None).stdout, rf"(?m)^  {word}\b.* [A-Z]")
+        self.assertNotIn("exit   ", self.check(self.shell("help run\n"), 0, None).stdout)
+
+    def test_help_for_what_is_no_command(self):
+        for line, start in (("help nix", '"nix" is no command: it is one of boot, '),
+                            ("help pan nix", 'pan: "nix" is no command: it is one of ')):
+            result = self.check(self.shell(line + "\n"), 0, "", None)
+            self.assertTrue(result.stderr.startswith(f"kelvoctl: {start}"), result.stderr)
+            self.assertEqual(result.stderr.count("\n"), 1)
+
+    def test_exit_takes_no_arguments(self):
+        self.boot()
+        result = self.check(self.shell("exit 3\nattach\n"), 0, None,
+                            'kelvoctl: exit: "3" is too much: it takes no arguments\n')
+        self.assertIn("module", result.stdout)
+
     def test_a_shell_within_the_shell(self):
         self.check(self.shell("shell\n"), 0, "", "kelvoctl: shell: this is a shell already\n")
 

@@ -55,15 +55,28 @@ std::string see_help(const CLI::App& command) {
   return std::string(": see ") + tool_name + (path.empty() ? "" : " ") + path + " --help";
 }
 
-/// The parser would say no more than that a command is missing.
-std::string missing_command(const CLI::App& root, const CLI::App& group) {
+/// The first word that nothing takes, or none.
+std::string left_over(const CLI::App& root) {
   const std::vector<std::string> rest = root.remaining(true);
   const auto word =
       std::ranges::find_if(rest, [](const std::string& part) { return part != "--"; });
+  return word == rest.end() ? "" : *word;
+}
+
+/// The parser would say no more than that a command is missing.
+std::string missing_command(const CLI::App& root, const CLI::App& group) {
+  const std::string word = left_over(root);
   const std::string known = ": it is one of " + names_of(group);
-  if (word == rest.end()) return "a command is missing" + known;
-  if (is_option(*word)) return "\"" + *word + "\" is no option" + see_help(group);
-  return "\"" + *word + "\" is no command" + known;
+  if (word.empty()) return "a command is missing" + known;
+  if (is_option(word)) return "\"" + word + "\" is no option" + see_help(group);
+  return "\"" + word + "\" is no command" + known;
+}
+
+/// Whether help is asked for of a command that there is not.
+bool asks_for_nothing(const CLI::ParseError& error, const CLI::App& root) {
+  const std::string word = left_over(root);
+  return error.get_name() == "CallForHelp" && !all_of(named_in(root)).empty() && !word.empty() &&
+         !is_option(word);
 }
 
 /// What the environment says.
@@ -154,10 +167,9 @@ CLI::App& CommandTable::add(CLI::App& parent, const std::string& name,
 std::string CommandTable::complaint(const CLI::ParseError& error) const {
   const CLI::App& named = named_in(*root_);
   std::string line = error.what();
-  if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError) &&
-      !all_of(named).empty()) {
-    return missing_command(*root_, named);
-  }
+  const bool required = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError) &&
+                        !all_of(named).empty();
+  if (required || asks_for_nothing(error, *root_)) return missing_command(*root_, named);
   std::replace(line.begin(), line.end(), '\n', ' ');
   return line + see_help(named);
 }
@@ -168,7 +180,7 @@ Line CommandTable::read(std::vector<std::string> words) {
     root_->parse(std::move(words));
   } catch (const CLI::ParseError& error) {
     line_.command = path_of(named_in(*root_));
-    if (error.get_exit_code() != 0) {
+    if (error.get_exit_code() != 0 || asks_for_nothing(error, *root_)) {
       const std::string before = line_.command.empty() ? "" : line_.command + ": ";
       throw Failure(ExitCode::wrong_arguments, before + complaint(error));
     }

@@ -1,4 +1,6 @@
 // A file of commands in one process: what the library remembers stays from line to line.
+#include "tools/kelvoctl/prompt/run.h"
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
@@ -26,13 +28,18 @@ void perform_at(Session& session, const std::string& where, std::string_view lin
   }
 }
 
+/// How many scripts run within each other.
+int& depth() {
+  static int scripts = 0;
+  return scripts;
+}
+
 Json run(Session& session, const RunOptions& options) {
-  static int depth = 0;
   struct Deeper {
-    Deeper() { ++depth; }
-    ~Deeper() { --depth; }
+    Deeper() { ++depth(); }
+    ~Deeper() { --depth(); }
   };
-  if (depth == deepest) {
+  if (depth() == deepest) {
     throw Failure(ExitCode::wrong_arguments, options.file + ": too many scripts within scripts");
   }
   const std::string content = content_of(options.file);
@@ -47,6 +54,8 @@ Json run(Session& session, const RunOptions& options) {
 }
 
 }  // namespace
+
+bool in_script() { return depth() > 0; }
 
 void add_run(CommandTable& table) {
   auto [command, options] = table.add<RunOptions>(
