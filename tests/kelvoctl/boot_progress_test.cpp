@@ -19,6 +19,19 @@ TEST(BootProgress, IsInItsResetBeforeTheFirstImage) {
   EXPECT_EQ(after({"Checksum:50ee9858"}).attempts(), 0);
 }
 
+TEST(BootProgress, IsSilentWhenEveryChecksumIsZero) {
+  BootProgress progress = after({"Download FW size:33276", "Checksum:50ee9858",
+                                 "66 Read Checksum:0", "67 Read Checksum:0", "ChecksumError:1"});
+  EXPECT_TRUE(progress.silent());
+  for (const char* const line :
+       {"Download FW size:1228", "Checksum:db9f8ef5", "67 Read Checksum:0", "ChecksumError:1"}) {
+    progress.take(line);
+  }
+  EXPECT_FALSE(progress.silent());
+  EXPECT_FALSE(BootProgress().silent());
+  EXPECT_FALSE(after({"Download FW size:8", "Checksum:0", "ChecksumError:0"}).silent());
+}
+
 TEST(BootProgress, FollowsAnImage) {
   BootProgress progress = after({"Download FW size:33276"});
   EXPECT_EQ(progress.text(), "attempt 1 of 10, image 1 of 3, 33276 bytes");

@@ -64,6 +64,15 @@ class Boot(kelvoctl_tool.KelvoctlTest):
             4, "transfers to the boot loader failed: see whether the controller has power", "spi:error=EIO")
         self.assertIn("attempts  10\n", output)
 
+    def test_a_controller_that_is_dead(self):
+        line = "the controller answers nothing: see to its power, the reset line and the wires"
+        output = self.check_fails_after_all(4, line, "gpio:error=EIO")
+        self.assertEqual(output.count(" 0x00000000  no\n"), 30)
+        self.remove_camera()
+        self.boot()
+        self.assertEqual(kelvoctl_tool.call_sim("power", self.camera, "off").returncode, 0)
+        self.check(self.ctl("boot", "-y", settings=""), 4, None, f"kelvoctl: boot: {line}\n")
+
     def test_the_program_does_not_answer(self):
         self.check_fails_after_all(4, "the program does not answer after the boot", "spi:query=0x86:error=EIO")
 

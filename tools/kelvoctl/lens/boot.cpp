@@ -61,7 +61,11 @@ void complain(Session& session, const Booted& booted, const BootProgress& progre
     session.complain(ExitCode::link_failed,
                      "transfers to the boot loader failed: see whether the controller has power");
   }
-  if (booted.result != 0) {
+  if (progress.silent()) {
+    session.complain(
+        ExitCode::link_failed,
+        "the controller answers nothing: see to its power, the reset line and the wires");
+  } else if (booted.result != 0) {
     session.complain(ExitCode::bad_data,
                      "a download failed its checksum: " +
                          std::string(last_attempt_confirmed(progress)

@@ -1,5 +1,6 @@
 #include "tools/kelvoctl/lens/boot_progress.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "tools/kelvoctl/common/hexadecimal.h"
@@ -57,6 +58,12 @@ void BootProgress::take(std::string_view line) {
     download.finished = true;
     download.confirmed = number(line, 10) == 0;
   }
+}
+
+bool BootProgress::silent() const {
+  return !downloads_.empty() && std::ranges::all_of(downloads_, [](const Download& download) {
+    return !download.confirmed && download.received == 0;
+  });
 }
 
 std::string BootProgress::text() const {
