@@ -2,19 +2,39 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 
 namespace kelvo::sim {
+namespace {
+
+/// Digits, with a point among them or without, as many as a double keeps. std::from_chars() would need libm.
+std::optional<double> parse_speed(std::string_view text) {
+  constexpr int most_digits = 15;
+  std::uint64_t number = 0;
+  double scale = 1;
+  int digits = 0;
+  bool behind_point = false;
+  for (const char letter : text) {
+    if (letter == '.' && !behind_point) {
+      behind_point = true;
+      continue;
+    }
+    if (letter < '0' || letter > '9' || ++digits > most_digits) return {};
+    number = number * 10 + static_cast<std::uint64_t>(letter - '0');
+    if (behind_point) scale *= 10;
+  }
+  if (digits == 0) return {};
+  return static_cast<double>(number) / scale;
+}
+
+}  // namespace
 
 std::optional<ClockSetting> parse_clock(std::string_view text) {
   if (text == "real") return ClockSetting{};
   if (text == "sleep") return ClockSetting{ClockMode::sleep, 1};
-  double speed = 0;
-  const char* const end = text.data() + text.size();
-  const auto [behind, error] = std::from_chars(text.data(), end, speed, std::chars_format::fixed);
-  // Written so that what is not a number fails too.
-  const bool fits = speed >= ClockSetting::slowest && speed <= ClockSetting::fastest;
-  if (error != std::errc{} || behind != end || !fits) return {};
-  return ClockSetting{ClockMode::scaled, speed};
+  const std::optional<double> speed = parse_speed(text);
+  if (!speed || *speed < ClockSetting::slowest || *speed > ClockSetting::fastest) return {};
+  return ClockSetting{ClockMode::scaled, *speed};
 }
 
 std::string to_text(const ClockSetting& clock) {
