@@ -190,7 +190,8 @@ int synchronise_files(int descriptor) {
 
 void written(int descriptor) {
   Host* const host = installed();
-  const std::string path = host != nullptr ? file_at(descriptor) : "";
+  if (host == nullptr) return;
+  const std::string path = file_at(descriptor);
   if (path.empty()) return;
   const int flags = real().fcntl(descriptor, F_GETFL);
   if (flags >= 0 && (flags & O_DSYNC) != 0) host->file_synchronised(path.c_str());

@@ -48,7 +48,7 @@ void add_values(const CLI::App& command, const std::string& path, std::vector<Pl
   }
 }
 
-void add_places(const CLI::App& command, const std::string& path, std::vector<Place>& places) {
+void add_place(const CLI::App& command, const std::string& path, std::vector<Place>& places) {
   add_values(command, path, places);
   Place behind{path, "*", {}};
   for (const CLI::App* const below : commands_of(command)) {
@@ -60,14 +60,13 @@ void add_places(const CLI::App& command, const std::string& path, std::vector<Pl
     for (const std::string& value : values_of(*argument)) behind.offers.push_back({value, ""});
   }
   places.push_back(behind);
-  for (const CLI::App* const below : commands_of(command)) {
-    add_places(*below, path + "/" + below->get_name(), places);
-  }
 }
 
 std::vector<Place> places_of(const CLI::App& app) {
   std::vector<Place> places;
-  add_places(app, "", places);
+  for (const Branch& branch : branches_of(app, "", '/')) {
+    add_place(*branch.command, branch.path, places);
+  }
   return places;
 }
 

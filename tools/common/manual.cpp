@@ -54,9 +54,6 @@ std::string command_text(const CLI::App& command, const std::string& name) {
   text += "\n" + escaped(command.get_description()) + ".\n";
   for (const CLI::Option* const argument : arguments_of(command)) text += argument_text(*argument);
   for (const CLI::Option* const option : options_of(command)) text += option_text(*option);
-  for (const CLI::App* const below : commands_of(command)) {
-    text += command_text(*below, name + " " + below->get_name());
-  }
   return text;
 }
 
@@ -85,7 +82,9 @@ std::string manual(const CLI::App& app, const ToolPage& page) {
   for (const CLI::Option* const option : options_of(app)) text += option_text(*option);
   text += ".SH COMMANDS\n";
   for (const CLI::App* const command : commands_of(app)) {
-    text += command_text(*command, command->get_name());
+    for (const Branch& branch : branches_of(*command, command->get_name(), ' ')) {
+      text += command_text(*branch.command, branch.path);
+    }
   }
   text += ".SH EXIT STATUS\n" + escaped(page.exit_remark) + "\n" + list_text(page.exit_codes);
   return text + ".SH ENVIRONMENT\n" + list_text(page.variables);

@@ -1,6 +1,7 @@
 #include "tools/common/option_table.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cctype>
 #include <sstream>
 
@@ -19,6 +20,22 @@ std::vector<const CLI::Option*> some_of(const CLI::App& command, bool positional
 
 std::vector<const CLI::App*> commands_of(const CLI::App& app) {
   return app.get_subcommands([](const CLI::App* command) { return !command->get_group().empty(); });
+}
+
+std::vector<Branch> branches_of(const CLI::App& command, const std::string& path, char separator) {
+  std::vector<Branch> found;
+  std::vector<Branch> waiting{{&command, path}};
+  while (!waiting.empty()) {
+    const Branch branch = waiting.back();
+    waiting.pop_back();
+    found.push_back(branch);
+    std::vector<const CLI::App*> below = commands_of(*branch.command);
+    std::ranges::reverse(below);  // the first of them is taken first
+    for (const CLI::App* const next : below) {
+      waiting.push_back({next, branch.path + separator + next->get_name()});
+    }
+  }
+  return found;
 }
 
 std::vector<const CLI::Option*> options_of(const CLI::App& command) {

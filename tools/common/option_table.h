@@ -14,6 +14,13 @@ namespace kelvo::tools {
 
 /// The commands that help shows.
 std::vector<const CLI::App*> commands_of(const CLI::App& app);
+/// A command, and the words that lead to it.
+struct Branch {
+  const CLI::App* command;
+  std::string path;
+};
+/// A command and all that help shows below it, each before its own.
+std::vector<Branch> branches_of(const CLI::App& command, const std::string& path, char separator);
 /// Options that begin with dashes, and arguments that do not.
 std::vector<const CLI::Option*> options_of(const CLI::App& command);
 std::vector<const CLI::Option*> arguments_of(const CLI::App& command);

@@ -25,14 +25,15 @@ const CLI::App& named_in(const CLI::App& root) {
 std::string path_of(const CLI::App& command) {
   std::string path;
   for (const CLI::App* part = &command; part->get_parent() != nullptr; part = part->get_parent()) {
-    path = part->get_name() + (path.empty() ? "" : " ") + path;
+    if (!path.empty()) path.insert(0, " ");
+    path.insert(0, part->get_name());
   }
   return path;
 }
 
 /// The commands of a group, also of one that help does not show.
 std::vector<const CLI::App*> all_of(const CLI::App& group) {
-  const std::vector<const CLI::App*> shown = tools::commands_of(group);
+  std::vector<const CLI::App*> shown = tools::commands_of(group);
   if (!shown.empty()) return shown;
   return group.get_subcommands([](const CLI::App* /*command*/) { return true; });
 }

@@ -6,6 +6,7 @@ namespace kelvo::ctl {
 
 std::string exit_codes_text() {
   std::vector<std::vector<std::string>> rows;
+  rows.reserve(exit_codes.size());
   for (const ExitCodeRow& row : exit_codes) {
     rows.push_back({"  " + std::to_string(static_cast<int>(row.code)), row.meaning});
   }

@@ -36,13 +36,13 @@ LibraryOutput::~LibraryOutput() {
   }
 }
 
-void LibraryOutput::begin() {
+void LibraryOutput::begin() const {
   std::fflush(stdout);
   dup2(file_, STDOUT_FILENO);
   dup2(file_, STDERR_FILENO);
 }
 
-std::string LibraryOutput::end() {
+std::string LibraryOutput::end() const {
   std::fflush(stdout);
   dup2(own_output_, STDOUT_FILENO);
   dup2(own_errors_, STDERR_FILENO);

@@ -13,9 +13,9 @@ class LibraryOutput {
   LibraryOutput(const LibraryOutput&) = delete;
   LibraryOutput& operator=(const LibraryOutput&) = delete;
 
-  void begin();
+  void begin() const;
   /// What was printed since then.
-  std::string end();
+  std::string end() const;
 
  private:
   int file_;

@@ -97,7 +97,7 @@ class Comparison {
 
   /// The controller goes on measuring what no boot loads.
   bool differs(std::size_t field) const {
-    const std::uint32_t value = (*columns_.front().values)[field];
+    const std::uint32_t value = columns_.front().values.value()[field];
     return std::ranges::any_of(columns_, [&](const Column& column) {
       if (!column.values || (column.name == controller && !kind_.fields[field].loaded)) {
         return false;
