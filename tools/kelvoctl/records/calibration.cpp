@@ -60,9 +60,8 @@ Json show(Session& session) {
 /// The record of a boot beside others of its kind.
 class Comparison {
  public:
-  Comparison(const RecordKind& kind, RecordValues reference) : kind_(kind) {
-    columns_.push_back({"boot", std::move(reference)});
-  }
+  Comparison(const RecordKind& kind, const RecordValues& reference)
+      : kind_(kind), reference_(reference), columns_{{"boot", reference}} {}
 
   void add(const std::string& name, std::optional<RecordValues> values) {
     columns_.push_back({name, std::move(values)});
@@ -97,7 +96,7 @@ class Comparison {
 
   /// The controller goes on measuring what no boot loads.
   bool differs(std::size_t field) const {
-    const std::uint32_t value = columns_.front().values.value()[field];
+    const std::uint32_t value = reference_[field];
     return std::ranges::any_of(columns_, [&](const Column& column) {
       if (!column.values || (column.name == controller && !kind_.fields[field].loaded)) {
         return false;
@@ -107,6 +106,7 @@ class Comparison {
   }
 
   const RecordKind& kind_;
+  RecordValues reference_;
   std::vector<Column> columns_;
 };
 
