@@ -7,12 +7,14 @@
 namespace kelvo::sim {
 namespace {
 
-/// Digits, with a point among them or without, as many as a double keeps. std::from_chars() would need libm.
+// Speeds are read and written without std::from_chars() and std::to_chars(), which need libm.
+constexpr std::size_t most_digits = 15;  // a double keeps them
+
+/// Digits, with a point among them or without.
 std::optional<double> parse_speed(std::string_view text) {
-  constexpr int most_digits = 15;
   std::uint64_t number = 0;
   double scale = 1;
-  int digits = 0;
+  std::size_t digits = 0;
   bool behind_point = false;
   for (const char letter : text) {
     if (letter == '.' && !behind_point) {
@@ -40,10 +42,23 @@ std::optional<ClockSetting> parse_clock(std::string_view text) {
 std::string to_text(const ClockSetting& clock) {
   if (clock.mode == ClockMode::real) return "real";
   if (clock.mode == ClockMode::sleep) return "sleep";
-  char text[32];
-  const auto [end, error] =
-      std::to_chars(text, text + sizeof text, clock.speed, std::chars_format::fixed);
-  return {text, end};
+  // As short as it can be read back.
+  std::uint64_t scale = 1;
+  std::size_t digits = 0;
+  const auto scaled = [&] {
+    const double product = clock.speed * static_cast<double>(scale);
+    const auto below = static_cast<std::uint64_t>(product);
+    return product - static_cast<double>(below) < 0.5 ? below : below + 1;
+  };
+  while (digits < most_digits &&
+         static_cast<double>(scaled()) / static_cast<double>(scale) != clock.speed) {
+    scale *= 10;
+    ++digits;
+  }
+  std::string whole = std::to_string(scaled() / scale);
+  if (digits == 0) return whole;
+  const std::string fraction = std::to_string(scaled() % scale);
+  return whole + "." + std::string(digits - fraction.size(), '0') + fraction;
 }
 
 namespace {
