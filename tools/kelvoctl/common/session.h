@@ -105,6 +105,19 @@ class Session {
   std::map<std::string, std::function<std::string()>> in_motion_;  // by name, how to stop it
 };
 
+/// A line of progress, which is taken away however a wait ends.
+class Progress {
+ public:
+  explicit Progress(const Session& session) : session_(session) {}
+  ~Progress() { session_.progress(""); }
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+  void show(const std::string& line) const { session_.progress(line); }
+
+ private:
+  const Session& session_;
+};
+
 /// Something that takes time and can be stopped.
 struct Wait {
   std::string what;                   // "zoom1 moves", for the line of a time-out

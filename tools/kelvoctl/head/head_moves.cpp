@@ -56,19 +56,6 @@ class Freeze {
   bool before_;
 };
 
-/// The line is taken away however a wait ends.
-class Progress {
- public:
-  explicit Progress(const Session& session) : session_(session) {}
-  ~Progress() { session_.progress(""); }
-  Progress(const Progress&) = delete;
-  Progress& operator=(const Progress&) = delete;
-  void show(const std::string& line) const { session_.progress(line); }
-
- private:
-  const Session& session_;
-};
-
 /// Everything that a move needs before it begins. Returns the family.
 int prepare(Session& session, const HeadAxis& axis, Motion motion, const MoveOptions& options) {
   std::optional<Limits> limits;

@@ -11,18 +11,6 @@ namespace {
 
 constexpr std::chrono::milliseconds motor_poll_pause{10};
 
-/// A line of progress that goes with its end, however that comes.
-class Progress {
- public:
-  explicit Progress(const Session& session) : session_(session) {}
-  ~Progress() { session_.progress(""); }
-  Progress(const Progress&) = delete;
-  Progress& operator=(const Progress&) = delete;
-
- private:
-  const Session& session_;
-};
-
 void send_count(Session& session, const Motor& motor, std::uint32_t count) {
   check_sent(session, session.call([&] { return motor.preset(count); }));
 }
