@@ -15,6 +15,7 @@ from pathlib import Path
 import project
 
 EMULATED = project.setting("emulated") == "yes"
+LEAKS_OF_LIBEDIT = Path(__file__).parent / "leaks_of_libedit.supp"
 PATIENCE = 60  # seconds, for what must come at once
 
 
@@ -110,7 +111,10 @@ class KelvoctlTest(unittest.TestCase):
     def terminal(self, *arguments, lens="df033", settings="clock=sleep", variables=None):
         """The same command on a real terminal."""
         before, chosen = self.on_camera(lens, settings, {"TERM": "xterm", **(variables or {})})
-        terminal = Terminal([*before, *arguments], environment(chosen), self.folder)
+        everything = environment(chosen)
+        everything["ASAN_OPTIONS"] += ":fast_unwind_on_malloc=0"  # to see whose a leak is
+        everything["LSAN_OPTIONS"] = f"suppressions={LEAKS_OF_LIBEDIT}:print_suppressions=0"
+        terminal = Terminal([*before, *arguments], everything, self.folder)
         self.addCleanup(terminal.end)
         return terminal
 

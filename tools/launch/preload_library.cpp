@@ -1,10 +1,10 @@
 #include "tools/launch/preload_library.h"
 
 #include <array>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <system_error>
 
@@ -46,8 +46,12 @@ fs::path named_or_own() {
 
 /// Every build of the library bears its own name.
 bool is_preload_library(const std::string& path) {
+  std::error_code error;
+  const std::uintmax_t size = fs::file_size(path, error);
+  if (error) return false;
+  std::string content(size, '\0');
   std::ifstream file(path, std::ios::binary);
-  const std::string content{std::istreambuf_iterator<char>(file), {}};
+  file.read(content.data(), static_cast<std::streamsize>(size));
   return content.find("libkelvo-sim.so") != std::string::npos;
 }
 
