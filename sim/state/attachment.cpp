@@ -25,6 +25,8 @@ constexpr std::uint32_t somebody_waits = 1U << 31;
 
 /// How long to wait for the lock before asking whether its holder lives.
 constexpr std::chrono::milliseconds patience{20};
+/// So often before saying who holds it.
+constexpr int rounds_in_silence = 50;
 
 /// All attachments of this process, for a fork. Kept for good: threads may outlive every destructor.
 struct Registry {
@@ -51,6 +53,14 @@ int open_again(int descriptor) {
   char path[32];
   std::snprintf(path, sizeof path, "/proc/self/fd/%d", descriptor);
   return open(path, O_RDWR | O_CLOEXEC);
+}
+
+/// A process that somebody has stopped may have the lock, and nobody can take it away: it may go on.
+void tell_of(const Slot& holder) {
+  std::fprintf(stderr,
+               "KELVO_SIM: process %d has had the camera to itself for a second: let it go on "
+               "(kill -CONT), or end it\n",
+               static_cast<int>(holder.process.load()));
 }
 
 }  // namespace
@@ -133,6 +143,8 @@ void Attachment::lock() {
 
 void Attachment::wait_for_lock() {
   const std::uint32_t mine = number_ | somebody_waits;
+  std::uint32_t waited_for = 0;
+  int rounds = 0;
   while (true) {
     std::uint32_t seen = layout_.lock.load();
     if (seen == 0) {
@@ -144,7 +156,13 @@ void Attachment::wait_for_lock() {
       continue;
     }
     seen = holder | somebody_waits;
-    if (wait_while(layout_.lock, seen, patience) || alive(holder)) continue;
+    if (wait_while(layout_.lock, seen, patience)) continue;
+    if (alive(holder)) {
+      rounds = holder == waited_for ? rounds + 1 : 1;
+      waited_for = holder;
+      if (rounds == rounds_in_silence) tell_of(layout_.slots[slot_of(holder)]);
+      continue;
+    }
     if (layout_.lock.compare_exchange_strong(seen, mine)) return;
   }
 }

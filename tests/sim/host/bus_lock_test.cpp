@@ -83,6 +83,17 @@ TEST(BusLock, IsHeldBetweenItsTakingAndItsGivingBack) {
   EXPECT_EQ(camera.state().violations().total(), 1u);
 }
 
+/// A semaphore that is not 0 though nobody has taken it: some other program has written to it.
+TEST(BusLock, IsNotGivenBackByWhoHasNotTakenIt) {
+  InstalledCamera camera;
+  const std::uint32_t lock = bus_lock();
+  ASSERT_EQ(semctl(static_cast<int>(lock), 0, SETVAL, 1), 0);
+  EXPECT_EQ(unlockSem(lock), 0);
+  EXPECT_EQ(reasons(camera), (std::vector<std::string>{"the bus lock was not taken"}));
+  EXPECT_EQ(unlockSem(lock), -1);
+  EXPECT_EQ(camera.state().violations().total(), 1u);
+}
+
 TEST(BusLock, OfAThreadIsNotThatOfAnother) {
   InstalledCamera camera;
   const OpenDevice lens("/dev/spi_renesas");

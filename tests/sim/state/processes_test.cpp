@@ -6,6 +6,8 @@
 
 #include <array>
 #include <random>
+#include <string>
+#include <thread>
 #include <vector>
 
 #include "sim/state/layout.h"
@@ -132,6 +134,35 @@ TEST(SharedCameraProcesses, TakeAChangeBack) {
   }
   EXPECT_TRUE(consistent(camera->snapshot()));
   EXPECT_EQ(steps(camera->snapshot()), 1u);
+}
+
+TEST(SharedCameraProcesses, SayForWhomTheyWaitWhenHeIsStoppedInTheMiddle) {
+  NamedCamera named;
+  const auto camera = named.use(sleep_clock());
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  pid_t process = 0;
+  Child child([&] {
+    const auto change = camera->change();
+    process = getpid();
+    if (write(ready[1], &process, sizeof process) != sizeof process) return 1;
+    return raise(SIGSTOP);
+  });
+  ASSERT_EQ(read(ready[0], &process, sizeof process), ssize_t{sizeof process});
+  std::thread helper([&] {
+    wait_for(999ms);
+    wait_for(999ms);
+    kill(process, SIGCONT);
+  });
+  testing::internal::CaptureStderr();
+  camera->change()->clock.advance(1s);
+  EXPECT_EQ(
+      testing::internal::GetCapturedStderr(),
+      "KELVO_SIM: process " + std::to_string(process) +
+          " has had the camera to itself for a second: let it go on (kill -CONT), or end it\n");
+  helper.join();
+  EXPECT_EQ(child.wait(), 0);
+  EXPECT_EQ(camera->snapshot().clock.now(), 1s);
 }
 
 TEST(SharedCameraProcesses, LeaveTheCameraAsItWasWhenTheyDieInTheMiddle) {
