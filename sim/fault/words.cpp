@@ -106,26 +106,26 @@ constexpr std::string_view from_1 = "a number from 1";
 
 // clang-format off
 constexpr std::array words{
-    Word{"frame", false, all, any, "one of ", read_frame},
-    Word{"command", false, spi, bit(Frame::command), "a command's name or number (zoom1-enable, 62, 0x3E)", read_command},
-    Word{"query", false, spi, bit(Frame::query), "a query's name or number (zoom1-running, 0x8D)", read_query},
-    Word{"boot-code", false, spi, boot, "a number up to 255 (0xE2)", read_boot_code},
-    Word{"register", false, devices, transfers, "a register's number (28), on i2c or its name (run-status)", read_register},
-    Word{"slave", false, i2c, transfers, "pan, tilt, or a number up to 127", read_slave},
-    Word{"direction", false, all, transfers, "sent or received", read_direction},
-    Word{"path", false, file, any, "a file of the camera, whole or by its last part (/bin/DC_S_Cali.dat, OIS_S_Cali.dat)", read_path},
-    Word{"nth", false, all, any, from_1, read_count<&Fault::nth>},
-    Word{"every", false, all, any, from_1, read_count<&Fault::every>},
-    Word{"times", false, all, any, from_1, read_count<&Fault::times>},
-    Word{"error", true, all, any, "an error's name or number (EIO, 5)", read_error},
-    Word{"nak", true, i2c, transfers, "", read_own_error<ENXIO>},
-    Word{"flip", true, devices, transfers, "BYTE.BIT, the byte from 0, the bit from 0 to 7 (5.0)", read_flip},
-    Word{"busy", true, spi | i2c, bit(Frame::query) | bit(Frame::read), "", read_effect<EffectKind::busy>},
-    Word{"reset", true, spi | i2c, transfers, "", read_effect<EffectKind::reset>},
-    Word{"missing", true, devices | file, openings, "", read_own_error<ENOENT>},
-    Word{"unreadable", true, file, bit(Frame::file_read), "", read_own_error<EACCES>},
-    Word{"full", true, file, bit(Frame::file_write), "", read_effect<EffectKind::full>},
-    Word{"kill", true, all, any, "", read_effect<EffectKind::kill>},
+    Word{"frame", false, all, any, "one of ", read_frame, "frames of a kind, as open, command, query, word, write or read"},
+    Word{"command", false, spi, bit(Frame::command), "a command's name or number (zoom1-enable, 62, 0x3E)", read_command, "one command of the lens program"},
+    Word{"query", false, spi, bit(Frame::query), "a query's name or number (zoom1-running, 0x8D)", read_query, "one query of the lens program"},
+    Word{"boot-code", false, spi, boot, "a number up to 255 (0xE2)", read_boot_code, "one code of the boot loader"},
+    Word{"register", false, devices, transfers, "a register's number (28), on i2c or its name (run-status)", read_register, "writes and reads of a register"},
+    Word{"slave", false, i2c, transfers, "pan, tilt, or a number up to 127", read_slave, "one axis of the head"},
+    Word{"direction", false, all, transfers, "sent or received", read_direction, "those that only tell something, or those that bring an answer"},
+    Word{"path", false, file, any, "a file of the camera, whole or by its last part (/bin/DC_S_Cali.dat, OIS_S_Cali.dat)", read_path, "one file"},
+    Word{"nth", false, all, any, from_1, read_count<&Fault::nth>, "the n-th of these"},
+    Word{"every", false, all, any, from_1, read_count<&Fault::every>, "every n-th of these"},
+    Word{"times", false, all, any, from_1, read_count<&Fault::times>, "so often at most"},
+    Word{"error", true, all, any, "an error's name or number (EIO, 5)", read_error, "the call fails with this error, and the device gets nothing"},
+    Word{"nak", true, i2c, transfers, "", read_own_error<ENXIO>, "nobody acknowledges"},
+    Word{"flip", true, devices, transfers, "BYTE.BIT, the byte from 0, the bit from 0 to 7 (5.0)", read_flip, "one bit of what the device gets is flipped"},
+    Word{"busy", true, spi | i2c, bit(Frame::query) | bit(Frame::read), "", read_effect<EffectKind::busy>, "what is asked for seems to run"},
+    Word{"reset", true, spi | i2c, transfers, "", read_effect<EffectKind::reset>, "the controller restarts, and the frame is lost"},
+    Word{"missing", true, devices | file, openings, "", read_own_error<ENOENT>, "the node or the file is not there when it is opened"},
+    Word{"unreadable", true, file, bit(Frame::file_read), "", read_own_error<EACCES>, "the file cannot be opened for reading"},
+    Word{"full", true, file, bit(Frame::file_write), "", read_effect<EffectKind::full>, "the file opens for writing and takes nothing"},
+    Word{"kill", true, all, any, "", read_effect<EffectKind::kill>, "the process is killed in the middle of it"},
 };
 // clang-format on
 
@@ -140,10 +140,21 @@ std::string joined(Port port, bool effects_alone) {
 
 }  // namespace
 
+std::span<const Word> all_words() { return words; }
+
 const Word* find_word(std::string_view name) {
   const auto* const found = std::find_if(words.begin(), words.end(),
                                          [name](const Word& word) { return word.name == name; });
   return found != words.end() ? found : nullptr;
+}
+
+std::string ports_of(const Word& word) {
+  std::string names;
+  for (const Port port : {Port::spi, Port::pt5111, Port::i2c, Port::gpio, Port::file}) {
+    if ((word.ports & bit(port)) == 0) continue;
+    names += (names.empty() ? "" : ", ") + std::string(name_of(port));
+  }
+  return names;
 }
 
 std::string values_of(const Word& word, Port port) {

@@ -3,6 +3,7 @@
 #define KELVO_SIM_FAULT_WORDS_H
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -22,12 +23,16 @@ struct Word {
   Frames frames;            // that it is about
   std::string_view values;  // what it takes; empty: nothing
   bool (*read)(std::string_view value, Fault& fault);
+  std::string_view meaning;
 };
+
+std::span<const Word> all_words();
 
 /// Null if there is none of this name.
 const Word* find_word(std::string_view name);
 
-// For messages.
+// For messages and help.
+std::string ports_of(const Word& word);
 std::string values_of(const Word& word, Port port);
 std::string words_of(Port port);
 std::string effects_of(Port port);

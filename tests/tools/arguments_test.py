@@ -40,6 +40,25 @@ class Arguments(tool.ToolTest):
             self.assertEqual(re.findall(r"(?m)^  (--[a-z-]+)", text), options)
             self.assertEqual(re.findall(r"(?m)^  (\d+) +\w", text), CODES)
 
+    def test_usage_shows_where_a_program_stands(self):
+        for command, usage in (("run", "[OPTIONS] -- PROGRAM [ARGUMENTS...]"),
+                               ("trace", "[OPTIONS] [NAME] [-- PROGRAM [ARGUMENTS...]]")):
+            self.assertIn(f"Usage: kelvo-sim {command} {usage}\n", tool.call(command, "--help").stdout)
+        manual = tool.call("manual").stdout
+        self.assertIn(".SS run \\-\\- PROGRAM [ARGUMENTS...]\n", manual)
+        self.assertIn(".SS trace [NAME] [\\-\\- PROGRAM [ARGUMENTS...]]\n", manual)
+
+    def test_the_words_of_a_fault(self):
+        help_text = tool.call("fault", "--help").stdout
+        manual = tool.call("manual").stdout.split("\n.SH FAULTS\n")[1].split("\n.SH ")[0].replace("\\-", "-")
+        words = re.findall(r"(?m)^  ([a-z-]+)(?:=[A-Z-]+)?$", help_text)
+        self.assertEqual(words, re.findall(r"(?m)^\\fB([a-z-]+)", manual))
+        # Their names are those that the parser knows.
+        known = tool.call("fault", "add", "nix", "file nix").stderr
+        for word in ("error", "missing", "unreadable", "full", "kill", "frame", "path", "nth", "every", "times"):
+            self.assertIn(word, words)
+            self.assertIn(word, known)
+
     def test_the_version_is_the_project_s(self):
         self.check(tool.call("--version"), 0, f"kelvo-sim {project.setting('version')}\n", "")
 

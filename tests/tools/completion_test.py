@@ -31,15 +31,30 @@ class Completion:
 
     def test_values(self):
         self.assertEqual(self.complete("run", "--head", ""), ["tasmere", "vetra"])
-        offered = self.complete("fault", "")
-        for action in ("add", "list", "remove"):
-            self.assertIn(action, offered)
+
+    def arguments(self, *words):
+        return [word for word in self.complete(*words, "") if not word.startswith("-")]
 
     def test_cameras(self):
         name = self.camera()
         tool.call("run", "--name", name, "--", "true").check_returncode()
         self.assertIn(name, self.complete("status", ""))
         self.assertIn(name, self.complete("run", "--name", ""))
+
+    def test_each_argument_has_its_own(self):
+        name = self.camera()
+        tool.call("run", "--name", name, "--", "true").check_returncode()
+        self.assertEqual(self.arguments("fault"), ["add", "list", "remove"])
+        self.assertIn(name, self.arguments("fault", "add"))
+        self.assertNotIn("add", self.arguments("fault", "add"))
+        self.assertEqual(self.arguments("fault", "add", name), [])
+        self.assertNotIn("off", self.arguments("power"))
+        self.assertEqual(self.arguments("power", name), ["off", "on"])
+        self.assertEqual(self.arguments("power", name, "off"), [])
+        self.assertEqual(self.arguments("peek", "--json", name),
+                         ["command", "query", "register", "pt5111", "pan", "tilt"])
+        self.assertIn(name, self.arguments("trace", "--times", "zero"))
+        self.assertEqual(self.arguments("trace", "--times", "zero", name), [])
 
 
 class Bash(Completion, tool.ToolTest):

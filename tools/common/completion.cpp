@@ -17,10 +17,12 @@ struct Offer {
 /// What a shell offers beside words.
 enum class Also : std::uint8_t { nothing, cameras, files };
 
+constexpr char anywhere[] = "*";
+
 /// What may follow behind a command, or behind an option of it.
 struct Place {
   std::string path;    // the commands so far, each behind a slash
-  std::string option;  // the word before, or "*"
+  std::string behind;  // an option that takes a value, how many arguments there are, or anywhere
   std::vector<Offer> offers;
   Also also = Also::nothing;
 };
@@ -42,24 +44,37 @@ void add_options(const CLI::App& command, std::vector<Offer>& offers) {
 void add_values(const CLI::App& command, const std::string& path, std::vector<Place>& places) {
   for (const CLI::Option* const option : options_of(command)) {
     if (option->get_items_expected_max() == 0 || option->get_lnames().empty()) continue;
+    if (option->get_type_name().starts_with('[')) continue;  // in the same word, as [=NAME]
     Place place{path, "--" + option->get_lnames().front(), {}, also_of(*option)};
     for (const std::string& value : values_of(*option)) place.offers.push_back({value, ""});
     places.push_back(place);
   }
 }
 
+void add_argument(const CLI::Option& argument, Place& place) {
+  place.also = also_of(argument);
+  for (const std::string& value : values_of(argument)) place.offers.push_back({value, ""});
+}
+
 void add_place(const CLI::App& command, const std::string& path, std::vector<Place>& places) {
   add_values(command, path, places);
-  Place behind{path, "*", {}};
+  Place rest{path, anywhere, {}};
   for (const CLI::App* const below : commands_of(command)) {
-    behind.offers.push_back({below->get_name(), below->get_description()});
+    rest.offers.push_back({below->get_name(), below->get_description()});
   }
-  add_options(command, behind.offers);
-  for (const CLI::Option* const argument : arguments_of(command)) {
-    if (behind.also == Also::nothing) behind.also = also_of(*argument);
-    for (const std::string& value : values_of(*argument)) behind.offers.push_back({value, ""});
+  add_options(command, rest.offers);
+  const std::vector<const CLI::Option*> arguments = arguments_of(command);
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    if (arguments[i]->get_items_expected_max() > 1) {
+      add_argument(*arguments[i], rest);
+      break;
+    }
+    Place place = rest;
+    place.behind = std::to_string(i);
+    add_argument(*arguments[i], place);
+    places.push_back(place);
   }
-  places.push_back(behind);
+  places.push_back(rest);
 }
 
 std::vector<Place> places_of(const CLI::App& app) {
@@ -70,14 +85,29 @@ std::vector<Place> places_of(const CLI::App& app) {
   return places;
 }
 
-/// A pattern that matches each path below the first.
+/// Parts of a pattern of which one must match.
+std::string either(const std::vector<std::string>& parts) {
+  std::string pattern;
+  for (const std::string& part : parts) pattern += (pattern.empty() ? "" : "|") + part;
+  return pattern;
+}
+
+/// Matches each path below the first.
 std::string known_paths(const std::vector<Place>& places) {
-  std::string paths;
+  std::vector<std::string> paths;
   for (const Place& place : places) {
-    if (place.path.empty() || place.option != "*") continue;
-    paths += (paths.empty() ? "" : "|") + place.path;
+    if (!place.path.empty() && place.behind == anywhere) paths.push_back(place.path);
   }
-  return paths;
+  return either(paths);
+}
+
+/// Matches each option that takes a value, behind its path.
+std::string valued_options(const std::vector<Place>& places) {
+  std::vector<std::string> options;
+  for (const Place& place : places) {
+    if (place.behind.starts_with("--")) options.push_back(place.path + ":" + place.behind);
+  }
+  return either(options);
 }
 
 const char* text_of(Also also) {
@@ -107,7 +137,7 @@ std::string replaced(std::string text, std::string_view what, std::string_view w
 constexpr char bash_script[] =
     R"bash(# Completion of @tool@ for bash: source <(@tool@ completion bash)
 @function@() {
-  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} path= i
+  local word=${COMP_WORDS[COMP_CWORD]} path= arguments=0 behind i
   COMPREPLY=()
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ ${COMP_WORDS[i]} == -- ]]; then
@@ -118,12 +148,22 @@ constexpr char bash_script[] =
       fi
       return
     fi
+    case $path:${COMP_WORDS[i-1]} in
+      @valued@) continue ;;
+    esac
     case $path/${COMP_WORDS[i]} in
-      @paths@) path+=/${COMP_WORDS[i]} ;;
+      @paths@) path+=/${COMP_WORDS[i]} arguments=0 ;;
+      */-*) ;;
+      *) ((arguments += 1)) ;;
     esac
   done
+  behind=$path:${COMP_WORDS[COMP_CWORD-1]}
+  case $behind in
+    @valued@) ;;
+    *) behind=$path:$arguments ;;
+  esac
   local words= also=
-  case $path:$before in
+  case $behind in
 @rows@  esac
   [[ $also != cameras ]] || words+=" $(@names@ 2>/dev/null | awk 'NR > 1 { print $1 }')"
   mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word"; [[ $also != files ]] || compgen -f -- "$word")
@@ -134,18 +174,28 @@ complete -F @function@ @tool@
 constexpr char zsh_script[] = R"zsh(#compdef @tool@
 # Completion of @tool@ for zsh: put it as _@tool@ into a folder of fpath.
 @function@() {
-  local path_so_far= also= i
+  local path_so_far= also= arguments=0 behind i
   local -a offers
   for ((i = 2; i < CURRENT; i++)); do
     if [[ $words[i] == -- ]]; then
       ((i == CURRENT - 1)) && _command_names || _files
       return
     fi
+    case $path_so_far:$words[i-1] in
+      (@valued@) continue ;;
+    esac
     case $path_so_far/$words[i] in
-      (@paths@) path_so_far+=/$words[i] ;;
+      (@paths@) path_so_far+=/$words[i] arguments=0 ;;
+      (*/-*) ;;
+      (*) ((arguments += 1)) ;;
     esac
   done
-  case $path_so_far:$words[CURRENT-1] in
+  behind=$path_so_far:$words[CURRENT-1]
+  case $behind in
+    (@valued@) ;;
+    (*) behind=$path_so_far:$arguments ;;
+  esac
+  case $behind in
 @rows@  esac
   [[ $also != cameras ]] || offers+=(${(f)"$(@names@ 2>/dev/null | awk 'NR > 1 { print $1 }')"})
   [[ $also != files ]] || _files
@@ -159,7 +209,7 @@ std::string bash_rows(const std::vector<Place>& places) {
   for (const Place& place : places) {
     std::string words;
     for (const Offer& offer : place.offers) words += (words.empty() ? "" : " ") + offer.word;
-    rows += "    " + place.path + ":" + place.option + ") words=" + shell_word(words) +
+    rows += "    " + place.path + ":" + place.behind + ") words=" + shell_word(words) +
             text_of(place.also) + " ;;\n";
   }
   return rows;
@@ -174,20 +224,21 @@ std::string zsh_rows(const std::vector<Place>& places) {
       words += (words.empty() ? "" : " ") +
                shell_word(offer.description.empty() ? word : word + ":" + offer.description);
     }
-    rows += "    (" + place.path + ":" + place.option + ") offers=(" + words + ")" +
+    rows += "    (" + place.path + ":" + place.behind + ") offers=(" + words + ")" +
             text_of(place.also) + " ;;\n";
   }
   return rows;
 }
 
 std::string fill_in(std::string script, const ToolPage& page, const std::string& paths,
-                    const std::string& rows) {
+                    const std::string& valued, const std::string& rows) {
   std::string function = "_" + page.name;
   std::replace(function.begin(), function.end(), '-', '_');
   script = replaced(script, "@function@", function);
   script = replaced(script, "@tool@", page.name);
   script = replaced(script, "@names@", page.names_command);
   script = replaced(script, "@paths@", paths);
+  script = replaced(script, "@valued@", valued);
   return replaced(script, "@rows@", rows);
 }
 
@@ -195,12 +246,12 @@ std::string fill_in(std::string script, const ToolPage& page, const std::string&
 
 std::string bash_completion(const CLI::App& app, const ToolPage& page) {
   const std::vector<Place> places = places_of(app);
-  return fill_in(bash_script, page, known_paths(places), bash_rows(places));
+  return fill_in(bash_script, page, known_paths(places), valued_options(places), bash_rows(places));
 }
 
 std::string zsh_completion(const CLI::App& app, const ToolPage& page) {
   const std::vector<Place> places = places_of(app);
-  return fill_in(zsh_script, page, known_paths(places), zsh_rows(places));
+  return fill_in(zsh_script, page, known_paths(places), valued_options(places), zsh_rows(places));
 }
 
 }  // namespace kelvo::tools

@@ -1,7 +1,7 @@
 // The manual page, from the option table.
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <sstream>
+#include <string>
 
 #include "tools/common/option_table.h"
 #include "tools/common/tool_page.h"
@@ -46,25 +46,38 @@ std::string argument_text(const CLI::Option& argument) {
          escaped(argument.get_description()) + "\n";
 }
 
+/// What the command's usage has behind the options and arguments that the table knows.
+std::string behind_usage(const CLI::App& command) {
+  const auto* const formatter = dynamic_cast<const CLI::Formatter*>(command.get_formatter().get());
+  if (formatter == nullptr) return {};
+  const std::string plain = CLI::Formatter().make_usage(&command, "");
+  const std::string own = formatter->make_usage(&command, "");
+  const std::size_t end = plain.find_last_not_of('\n') + 1;
+  return own.substr(end, own.size() - plain.size());
+}
+
 std::string command_text(const CLI::App& command, const std::string& name) {
   std::string text = ".SS " + escaped(name);
   for (const CLI::Option* const argument : arguments_of(command)) {
     text += " " + escaped(CLI::Formatter().make_option_usage(argument));
   }
-  text += "\n" + escaped(command.get_description()) + ".\n";
+  text += escaped(behind_usage(command)) + "\n" + escaped(command.get_description()) + ".\n";
   for (const CLI::Option* const argument : arguments_of(command)) text += argument_text(*argument);
   for (const CLI::Option* const option : options_of(command)) text += option_text(*option);
   return text;
 }
 
+std::string name_text(const std::string& name) { return escaped(name); }
+std::string name_text(int code) { return std::to_string(code); }
+
 /// Each name with what it means.
 template <typename Name>
 std::string list_text(const std::vector<std::pair<Name, std::string>>& list) {
-  std::ostringstream text;
+  std::string text;
   for (const auto& [name, meaning] : list) {
-    text << ".TP\n\\fB" << name << "\\fR\n" << escaped(meaning) << "\n";
+    text += ".TP\n\\fB" + name_text(name) + "\\fR\n" + escaped(meaning) + "\n";
   }
-  return text.str();
+  return text;
 }
 
 }  // namespace
@@ -85,6 +98,10 @@ std::string manual(const CLI::App& app, const ToolPage& page) {
     for (const Branch& branch : branches_of(*command, command->get_name(), ' ')) {
       text += command_text(*branch.command, branch.path);
     }
+  }
+  for (const Glossary& glossary : page.glossaries) {
+    text += ".SH " + glossary.title + "\n" + escaped(glossary.remark) + "\n" +
+            list_text(glossary.words);
   }
   text += ".SH EXIT STATUS\n" + escaped(page.exit_remark) + "\n" + list_text(page.exit_codes);
   return text + ".SH ENVIRONMENT\n" + list_text(page.variables);

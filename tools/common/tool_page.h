@@ -12,6 +12,13 @@ class App;
 
 namespace kelvo::tools {
 
+/// A section of the manual page: words, and what each means.
+struct Glossary {
+  std::string title;
+  std::string remark;
+  std::vector<std::pair<std::string, std::string>> words;
+};
+
 /// What manual page and completion say of a tool beside its option table.
 struct ToolPage {
   std::string name;
@@ -20,6 +27,7 @@ struct ToolPage {
   std::string names_command;  // prints the cameras' names, one a line behind a heading
   std::vector<std::pair<int, std::string>> exit_codes;
   std::vector<std::pair<std::string, std::string>> variables;  // of the environment
+  std::vector<Glossary> glossaries = {};
 };
 
 /// The manual page, in the form that man reads.

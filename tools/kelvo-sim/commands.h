@@ -7,10 +7,7 @@
 #include <vector>
 
 #include "tools/common/exit_code.h"
-
-namespace CLI {  // NOLINT(readability-identifier-naming): the name that it has
-class App;
-}  // namespace CLI
+#include "tools/common/tool_page.h"
 
 namespace kelvo::tools {
 
@@ -31,6 +28,12 @@ void add_hands(CLI::App& app);
 void add_violations(CLI::App& app, Context& context);
 void add_fault(CLI::App& app);
 void add_trace(CLI::App& app, Context& context);
+
+/// Shows in the command's usage that a program stands behind the options.
+void takes_program(CLI::App& command, const char* usage);
+
+/// What the text of a fault consists of.
+Glossary fault_words();
 
 }  // namespace kelvo::tools
 

@@ -7,6 +7,7 @@
 
 #include "sim/fault/names.h"
 #include "sim/fault/parse.h"
+#include "sim/fault/words.h"
 #include "sim/report/table.h"
 #include "tools/common/failure.h"
 #include "tools/common/output.h"
@@ -109,7 +110,38 @@ std::string check_action(const std::string& text) {
   return "\"" + text + "\" is not add, list or remove";
 }
 
+/// What a word means, what it takes, and which devices have it.
+std::string entry(const fault::Word& word) {
+  std::string text(word.meaning);
+  if (!word.values.empty() && word.name != "frame") text += ": " + std::string(word.values);
+  return text + (word.effect ? " (effect; " : " (") + fault::ports_of(word) + ")";
+}
+
+std::string glossary_text(const Glossary& glossary) {
+  std::string text = glossary.remark + "\n";
+  for (const auto& [word, meaning] : glossary.words)
+    text += "  " + word + "\n        " + meaning + "\n";
+  return text;
+}
+
 }  // namespace
+
+Glossary fault_words() {
+  Glossary glossary{"FAULTS",
+                    "A fault is a device (" + fault::all_ports() +
+                        ") and words in any order, with blanks or colons between them: one effect, "
+                        "and which transfers of the device it is for, else all. Names are those of "
+                        "the trace.",
+                    {}};
+  for (const bool effects : {true, false}) {
+    for (const fault::Word& word : fault::all_words()) {
+      if (word.effect != effects) continue;
+      glossary.words.emplace_back(std::string(word.name) + (word.values.empty() ? "" : "=VALUE"),
+                                  entry(word));
+    }
+  }
+  return glossary;
+}
 
 void add_fault(CLI::App& app) {
   CLI::App* const command =
@@ -126,6 +158,7 @@ void add_fault(CLI::App& app) {
           "add: device and words, as 'spi command=62 nth=3 error=EIO'; remove: a number or all")
       ->type_name("");
   add_json(*command, arguments->camera);
+  command->footer(glossary_text(fault_words()) + "\n" + app.get_footer());
   command->callback([arguments] { act(*arguments); });
 }
 

@@ -127,8 +127,8 @@ void add_argument(CLI::App& app, const char* command, const char* name, std::str
 
 void add_place(CLI::App& app, const char* command, Place& place) {
   app.get_subcommand(command)
-      ->add_option("DEVICE", place.device, std::string(device_values))
-      ->type_name("")
+      ->add_option("DEVICE", place.device, "What has the register")
+      ->type_name("command|query|register|pt5111|pan|tilt")
       ->required()
       ->check(CLI::Validator(
           [](std::string& text) {
@@ -157,9 +157,9 @@ void add_hands(CLI::App& app) {
       add_hand(app, "power", "Cuts the camera's power, or gives it back", switch_power);
   app.get_subcommand("power")
       ->add_option("STATE", power->power, "off or on")
-      ->type_name("")
+      ->type_name("off|on")
       ->required()
-      ->check(CLI::IsMember({"off", "on"}));
+      ->check(CLI::IsMember({"off", "on"}).description(""));
 }
 
 }  // namespace kelvo::tools

@@ -23,7 +23,8 @@ ToolPage page() {
                 {},
                 {{sim::settings_variable, "Settings of the camera, where options do not give them"},
                  {library_variable, "The preload library, if it is another one"},
-                 {"XDG_RUNTIME_DIR", "The folder for the files of cameras, if not /tmp"}}};
+                 {"XDG_RUNTIME_DIR", "The folder for the files of cameras, if not /tmp"}},
+                {fault_words()}};
   for (const ExitCodeRow& row : exit_codes) {
     page.exit_codes.emplace_back(static_cast<int>(row.code), row.meaning);
   }

@@ -21,6 +21,18 @@ namespace {
   execute_on_camera(context.program, launch_settings(options, environment(sim::settings_variable)));
 }
 
+class UsageWithProgram : public CLI::Formatter {
+ public:
+  explicit UsageWithProgram(const char* program) : program_(program) {}
+  std::string make_usage(const CLI::App* app, std::string name) const override {
+    std::string usage = Formatter::make_usage(app, std::move(name));
+    return usage.insert(usage.find_last_not_of('\n') + 1, program_);
+  }
+
+ private:
+  const char* program_;
+};
+
 bool is_name(const std::string& text) { return sim::is_camera_name(text); }
 bool is_clock(const std::string& text) { return sim::parse_clock(text).has_value(); }
 bool is_module(const std::string& text) { return sim::parse_module(text).has_value(); }
@@ -31,10 +43,14 @@ std::string check_fault(const std::string& text) { return sim::fault::parse(text
 
 }  // namespace
 
+void takes_program(CLI::App& command, const char* usage) {
+  command.formatter(std::make_shared<UsageWithProgram>(usage));
+}
+
 void add_run(CLI::App& app, Context& context) {
   CLI::App* const command = app.add_subcommand(
-      "run",
-      "Runs a program on a simulated camera: kelvo-sim run [OPTIONS] -- PROGRAM [ARGUMENTS]");
+      "run", "Runs a program on a simulated camera, behind -- with its arguments");
+  takes_program(*command, " -- PROGRAM [ARGUMENTS...]");
   const auto options = std::make_shared<LaunchOptions>();
   command
       ->add_option("--name", options->name,

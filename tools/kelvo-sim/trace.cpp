@@ -144,6 +144,7 @@ void add_trace(CLI::App& app, Context& context) {
   CLI::App* const command = app.add_subcommand(
       "trace",
       "Writes what crossed the wires, one transfer a line, of a camera or of the real one");
+  takes_program(*command, " [-- PROGRAM [ARGUMENTS...]]");
   const auto arguments = std::make_shared<TraceArguments>();
   command->add_option("NAME", arguments->name, "The camera")->type_name("");
   command->add_flag("--follow", arguments->follow,
