@@ -120,7 +120,7 @@ class HeadMoves(HeadTest):
             self.assertRegex(result.stderr, "^kelvoctl: pan goto: the axis rests at (499..|500..), not at 60000: see "
                                             "its travel limits, and whether something holds it\n$")
             self.assertIn('"at_rest": true', result.stdout)
-            self.assertTrue(self.result("pan", "limits", "show")["on"])
+            self.assertTrue(self.result("pan", "limits", "show")["limits_on"])
 
     def test_tilt_keeps_to_the_limits_of_this_process(self):
         for _ in self.heads():

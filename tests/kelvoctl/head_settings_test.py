@@ -9,14 +9,14 @@ from head_tool import AXES, TABLE, HeadTest
 class Limits(HeadTest):
     def test_are_set_and_switched_apart(self):
         for head in self.heads():
-            self.assertFalse(self.result("pan", "limits", "show")["on"])
-            self.assertFalse(self.result("pan", "limits", "set", 10000, 50000)["on"])
+            self.assertFalse(self.result("pan", "limits", "show")["limits_on"])
+            self.assertFalse(self.result("pan", "limits", "set", 10000, 50000)["limits_on"])
             shown = self.result("pan", "limits", "on")
             # A vetra controller has 18000 counts for 65535 positions, the other way round.
             expected = {"tasmere": (10000, 50000, "positions"), "vetra": (15253, 4267, "counts")}[head]
-            self.assertTrue(shown["on"])
+            self.assertTrue(shown["limits_on"])
             self.assertEqual((shown["start"], shown["end"], shown["unit"]), expected)
-            self.assertFalse(self.result("pan", "limits", "off")["on"])
+            self.assertFalse(self.result("pan", "limits", "off")["limits_on"])
 
     def test_of_tilt(self):
         for head in self.heads():
@@ -127,7 +127,7 @@ class Settings(HeadTest):
             for axis in AXES:
                 self.result(axis, "limits", "on")
                 self.assertTrue(self.result("-y", axis, "reset")["at_rest"])
-                self.assertFalse(self.result(axis, "limits", "show")["on"])
+                self.assertFalse(self.result(axis, "limits", "show")["limits_on"])
 
     def test_init(self):
         self.result("tilt", "limits", "on")
@@ -136,7 +136,7 @@ class Settings(HeadTest):
         detected = {row["axis"]: row for row in self.result("head", "detect")["controllers"]}
         self.assertTrue(detected["pan"]["uses_hall_sensor"])
         self.assertFalse(detected["tilt"]["uses_hall_sensor"])
-        self.assertFalse(self.result("tilt", "limits", "show")["on"])
+        self.assertFalse(self.result("tilt", "limits", "show")["limits_on"])
         self.assertEqual(self.violations(), [])
 
     def test_init_is_for_tasmere(self):
@@ -159,7 +159,7 @@ class Settings(HeadTest):
             terminal.expect(r"This restarts the pan controller. Go on\? \[y/N\] ")
             terminal.type(answer)
             self.assertEqual(terminal.wait(), code)
-            self.assertEqual(self.result("pan", "limits", "show")["on"], code == 8)
+            self.assertEqual(self.result("pan", "limits", "show")["limits_on"], code == 8)
 
     def test_init_shows_where_it_is_and_is_carried_through(self):
         terminal = self.terminal("pan", "init", "-y", settings="clock=real")

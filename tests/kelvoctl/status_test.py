@@ -6,6 +6,7 @@ import project
 
 MOTORS = {"de015": ["zoom1", "zoom2", "focus"], "df033": ["zoom1", "zoom2", "zoom3", "focus"],
           "t5391": ["zoom1", "focus"]}
+MEASURED = ["gyro", "hall"]
 
 
 class Status(kelvoctl_tool.KelvoctlTest):
@@ -21,22 +22,53 @@ class Status(kelvoctl_tool.KelvoctlTest):
                 self.assertEqual([motor["running"] for motor in status["motors"]], [False] * len(motors))
                 self.assertEqual(self.violations(), [])
 
-    def test_the_stabiliser_of_the_module_that_has_one(self):
-        self.boot(lens="de015")
-        stabiliser = self.result("status", lens="de015")["stabiliser"]
-        self.assertEqual(set(stabiliser), {"pause", "gain_x", "gain_y", "coma", "stationary", "stability", "stable",
-                                           "gyro", "hall"})
-        self.boot(lens="df033")
-        self.assertNotIn("stabiliser", self.result("status", lens="df033"))
+    def check_same(self, status, other, left_out=()):
+        """What another command shows has the same name, and is the same; what is measured is never at rest."""
+        names = set(other) - {"schema", "command", *left_out}
+        self.assertTrue(names)
+        for name in names:
+            self.assertIn(name, status)
+            if name not in MEASURED:
+                self.assertEqual(status[name], other[name], name)
+
+    def test_what_other_commands_show_of_the_lens(self):
+        for lens in MOTORS:
+            with self.subTest(lens):
+                self.remove_camera()
+                self.boot(lens=lens)
+                status = self.result("status", lens=lens)
+                self.assertEqual([set(status[name]) for name in MEASURED], [{"x", "y"}] * 2)
+                self.check_same(status, self.result("attach", lens=lens))
+                self.check_same(status, self.result("ois", "read", lens=lens))
+                self.check_same(status["offset"], self.result("pi", "offset", lens=lens), ["module"])
+                for row in status["motors"]:
+                    if row["count"] is not None:
+                        self.check_same(row, self.result(row["motor"], "count", lens=lens), ["module"])
 
     def test_interrupters_where_asking_changes_nothing(self):
-        for lens, number in (("df033", 3), ("t5391", 2)):
+        for lens in ("df033", "t5391"):
             with self.subTest(lens):
                 self.boot(lens=lens)
-                interrupters = self.result("status", lens=lens)["interrupters"]
-                self.assertEqual([type(value) for value in interrupters], [bool] * number)
+                self.check(self.ctl("focus", "move", "-900", "--wait", lens=lens), 0, None)
+                status = self.result("status", lens=lens)
+                self.check_same(status, self.result("pi", "read", lens=lens))
+                self.assertEqual([row["motor"] for row in status["sensors"] if row["interrupted"]], ["focus"])
         self.boot(lens="de015")
-        self.assertIsNone(self.result("status", lens="de015")["interrupters"])
+        self.assertIsNone(self.result("status", lens="de015")["sensors"])
+
+    def test_what_other_commands_show_of_the_head(self):
+        for family in ("tasmere", "vetra"):
+            with self.subTest(family):
+                self.remove_camera()
+                self.boot(settings=f"clock=sleep head={family}")
+                status = self.result("status", settings="")
+                versions = self.result("head", "version", settings="")
+                detected = self.result("head", "detect", settings="")["controllers"]
+                for row, controller in zip(status["axes"], detected, strict=True):
+                    self.check_same(row, controller, ["slave", "answers"])
+                    self.check_same(row, self.result(row["axis"], "position", settings=""))
+                    self.check_same(row, self.result(row["axis"], "limits", "show", settings=""))
+                    self.assertEqual(row["version"], versions[row["axis"]])
 
     def test_the_axes_of_both_families(self):
         for family in ("tasmere", "vetra"):
@@ -58,12 +90,15 @@ class Status(kelvoctl_tool.KelvoctlTest):
         self.assertRegex(text, r"(?m)^module +df033$")
         self.assertRegex(text, r"(?m)^filter +-$")
         self.assertRegex(text, r"(?m)^motor  count  running$")
-        self.assertRegex(text, r"(?m)^axis  position  at rest  calibrated  limits ")
+        self.assertRegex(text, r"(?m)^axis  position  at rest  calibrated  awake ")
 
     def test_nothing_is_changed(self):
         self.boot()
-        before = self.result("status")
-        self.assertEqual(self.result("status"), before)
+        before, after = self.result("status"), self.result("status")
+        for status in (before, after):
+            for name in MEASURED:
+                del status[name]
+        self.assertEqual(after, before)
 
     def test_a_controller_without_a_program(self):
         result = self.ctl("status")

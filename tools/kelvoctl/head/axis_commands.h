@@ -22,6 +22,9 @@ struct Limits {
 /// Sets them and switches them on, in the controller and, for tilt, in this process.
 void apply_limits(Session& session, const HeadAxis& axis, const Limits& limits);
 
+/// What the controller has: "axis", "limits_on", "start", "end" and their "unit".
+Json limits_json(Session& session, const HeadAxis& axis, int family);
+
 /// Reads A:B. Throws a Failure.
 Limits limits_of(const std::string& text);
 

@@ -3,10 +3,9 @@
 
 #include "tools/kelvoctl/common/command_table.h"
 #include "tools/kelvoctl/common/commands.h"
-#include "tools/kelvoctl/common/hexadecimal.h"
 #include "tools/kelvoctl/common/lens_names.h"
 #include "tools/kelvoctl/head/head_axis.h"
-#include "wire/paths.h"
+#include "tools/kelvoctl/head/head_status.h"
 
 namespace kelvo::ctl {
 namespace {
@@ -15,9 +14,7 @@ Json controller_json(Session& session, const HeadAxis& axis, int family) {
   Json controller{{"axis", axis.name}, {"slave", axis.slave}};
   controller["answers"] = answers(session, axis, family);
   if (!controller["answers"]) return controller;
-  controller["calibrated"] = session.call(axis.calibration) == 0;
-  controller["awake"] = session.call(axis.sleep_mode) == 0;
-  if (family == tasmere) controller["uses_hall_sensor"] = session.call(axis.uses_hall) == 1;
+  controller.update(condition_json(session, axis, family));
   return controller;
 }
 
@@ -31,13 +28,6 @@ Json detect(Session& session) {
                      std::string("the ") + axis.name + " controller does not answer");
   }
   return {{"head", head_name(family)}, {"controllers", controllers}};
-}
-
-/// A Vetra tilt controller is not asked.
-Json version_json(Session& session, const HeadAxis& axis, int family) {
-  if (family == vetra && axis.tilts) return {};
-  const std::int32_t version = session.call(axis.version);
-  return hexadecimal(static_cast<std::uint32_t>(version), 4);
 }
 
 Json version(Session& session) {

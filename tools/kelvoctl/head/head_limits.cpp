@@ -27,20 +27,6 @@ void switch_limits(Session& session, const HeadAxis& axis, bool on) {
   session.call([&] { return axis.switch_limits(on ? 1 : 0); });
 }
 
-/// A Vetra controller tells its own counts. Of a Tasmere tilt axis without its Hall sensor the library
-/// reads no end.
-Json limits_json(Session& session, const HeadAxis& axis, int family) {
-  std::uint32_t start = 0;
-  std::uint32_t end = 0;
-  session.call([&] { return axis.limits(&start, &end); });
-  const bool no_end = family == tasmere && axis.tilts && session.call(axis.uses_hall) == 0;
-  return {{"axis", axis.name},
-          {"on", session.call(axis.limits_on) == 1},
-          {"start", static_cast<std::int32_t>(start)},
-          {"end", no_end ? Json() : Json(static_cast<std::int32_t>(end))},
-          {"unit", family == vetra ? "counts" : "positions"}};
-}
-
 Json show(Session& session, const HeadAxis& axis) {
   const int family = attach_axis(session, axis);
   Json result = limits_json(session, axis, family);
@@ -94,6 +80,20 @@ void add_step(CommandTable& table, CLI::App& group, const HeadAxis& axis) {
 }
 
 }  // namespace
+
+/// A Vetra controller tells its own counts. Of a Tasmere tilt axis without its Hall sensor the library
+/// reads no end.
+Json limits_json(Session& session, const HeadAxis& axis, int family) {
+  std::uint32_t start = 0;
+  std::uint32_t end = 0;
+  session.call([&] { return axis.limits(&start, &end); });
+  const bool no_end = family == tasmere && axis.tilts && session.call(axis.uses_hall) == 0;
+  return {{"axis", axis.name},
+          {"limits_on", session.call(axis.limits_on) == 1},
+          {"start", static_cast<std::int32_t>(start)},
+          {"end", no_end ? Json() : Json(static_cast<std::int32_t>(end))},
+          {"unit", family == vetra ? "counts" : "positions"}};
+}
 
 void apply_limits(Session& session, const HeadAxis& axis, const Limits& limits) {
   set_limits(session, axis, limits);

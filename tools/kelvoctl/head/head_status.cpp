@@ -3,7 +3,8 @@
 #include <cstdint>
 #include <nlohmann/json.hpp>
 
-#include "tools/kelvoctl/head/head_axis.h"
+#include "tools/kelvoctl/common/hexadecimal.h"
+#include "tools/kelvoctl/head/axis_commands.h"
 
 namespace kelvo::ctl {
 namespace {
@@ -15,30 +16,31 @@ Json status_of(Session& session, const HeadAxis& axis, int family) {
                      std::string(axis.name) + ": the controller does not answer");
     return {{"axis", axis.name}};
   }
-  const bool tells_all = family == tasmere;
-  std::uint32_t position = 0;
-  std::uint32_t start = 0;
-  std::uint32_t end = 0;
-  session.call([&] { return axis.position(&position); });
-  session.call([&] { return axis.limits(&start, &end); });
-  Json status{{"axis", axis.name},
-              {"position", position},
-              {"at_rest", session.call(axis.status) == 0},
-              {"calibrated", session.call(axis.calibration) == 0},
-              {"limits", session.call(axis.limits_on) == 1},
-              // Of a tilt axis with its Hall sensor the start can lie below 0.
-              {"start", static_cast<std::int32_t>(start)},
-              {"end", static_cast<std::int32_t>(end)},
-              {"version", session.call(axis.version)}};
+  Json status = place_json(session, axis);
+  status.update(condition_json(session, axis, family));
+  status.update(limits_json(session, axis, family));
+  status["version"] = version_json(session, axis, family);
   for (const auto& [name, query] :
-       {std::pair{"hall", axis.uses_hall}, std::pair{"sleep", axis.sleep_mode},
-        std::pair{"state", axis.program_state}, std::pair{"temperature", axis.temperature}}) {
-    status[name] = tells_all ? Json(session.call(query)) : Json();
+       {std::pair{"state", axis.program_state}, std::pair{"temperature", axis.temperature}}) {
+    status[name] = family == tasmere ? Json(session.call(query)) : Json();
   }
   return status;
 }
 
 }  // namespace
+
+Json version_json(Session& session, const HeadAxis& axis, int family) {
+  if (family == vetra && axis.tilts) return {};
+  const std::int32_t version = session.call(axis.version);
+  return hexadecimal(static_cast<std::uint32_t>(version), 4);
+}
+
+Json condition_json(Session& session, const HeadAxis& axis, int family) {
+  return {
+      {"calibrated", session.call(axis.calibration) == 0},
+      {"awake", session.call(axis.sleep_mode) == 0},
+      {"uses_hall_sensor", family == tasmere ? Json(session.call(axis.uses_hall) == 1) : Json()}};
+}
 
 Json head_status(Session& session, int family) {
   Json list = Json::array();

@@ -1,4 +1,6 @@
 // The photo-interrupters: their states, their supply, and what the controller does with them by itself.
+#include "tools/kelvoctl/lens/interrupters.h"
+
 #include <array>
 #include <nlohmann/json.hpp>
 
@@ -53,15 +55,12 @@ Json state(Session& session, std::int64_t sensor) {
 }
 
 Json read_sensors(Session& session, const SensorOptions& options) {
-  use_lens(session);
   const LensModule module = session.lens();
-  const std::int64_t first = options.sensor.value_or(0);
-  const std::int64_t end = options.sensor ? first + 1 : sensors.on(module);
-  Json states = Json::array();
-  for (std::int64_t sensor = first; sensor < end; ++sensor) {
-    states.push_back(state(session, sensor));
-  }
-  return {{"module", name_of(module)}, {"sensors", states}};
+  if (options.sensor) check_sensor(module, *options.sensor);
+  use_lens(session);
+  return {{"module", name_of(module)},
+          {"sensors", options.sensor ? Json::array({state(session, *options.sensor)})
+                                     : sensors_json(session)}};
 }
 
 Json supply(Session& session, const Switch& to, const SupplyOptions& options) {
@@ -106,13 +105,8 @@ Json verify(Session& session, const Switch& to) {
 
 Json offsets(Session& session) {
   use_lens(session);
-  const LensModule module = session.lens();
-  Json result{{"module", name_of(module)}, {"focus", session.call(GetFocusOffset)}};
-  result["zoom2"] = zoom2_offset.on(module) ? Json(session.call(GetZoom2Offset)) : Json();
-  if (tells_calibrated.on(module)) {
-    result["focus_calibrated"] = session.call([] { return getPI_Cali_DE051(0); }) == 1;
-  }
-  session.check_lens_link();
+  Json result{{"module", name_of(session.lens())}};
+  result.update(offsets_json(session));
   return result;
 }
 
@@ -131,6 +125,32 @@ void add_switches(CommandTable& table, CLI::App& group) {
 }
 
 }  // namespace
+
+Json sensors_json(Session& session) {
+  Json states = Json::array();
+  for (std::int64_t sensor = 0; sensor < sensors.on(session.lens()); ++sensor) {
+    states.push_back(state(session, sensor));
+  }
+  return states;
+}
+
+Json offsets_json(Session& session) {
+  const LensModule module = session.lens();
+  Json result{{"focus", session.call(GetFocusOffset)}};
+  result["zoom2"] = zoom2_offset.on(module) ? Json(session.call(GetZoom2Offset)) : Json();
+  if (tells_calibrated.on(module)) {
+    result["focus_calibrated"] = session.call([] { return getPI_Cali_DE051(0); }) == 1;
+  }
+  session.check_lens_link();
+  return result;
+}
+
+void check_sensor(LensModule module, std::int64_t sensor) {
+  const std::int64_t count = sensors.on(module);
+  if (sensor < count) return;
+  throw Failure(ExitCode::wrong_arguments, name_of(module) + " has the photo-interrupters 0 to " +
+                                               std::to_string(count - 1) + " only");
+}
 
 void add_interrupters(CommandTable& table) {
   CLI::App& group = CommandTable::add_group(table.root(), "pi", "Looks at the photo-interrupters");

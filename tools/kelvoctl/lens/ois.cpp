@@ -1,4 +1,6 @@
 // The stabiliser's run-time controls.
+#include "tools/kelvoctl/lens/ois.h"
+
 #include <array>
 #include <nlohmann/json.hpp>
 
@@ -179,14 +181,7 @@ Json stationary(Session& session, std::optional<std::uint32_t> on) {
 Json read_all(Session& session) {
   use_lens(session);
   Json result = module_json(session);
-  result["gyro"] = pair_json(session, gyro_values);
-  result["hall"] = pair_json(session, Get_HallXY_Data);
-  result["gyro_stable"] = answered(session, Get_gyro_stable_flag) != 0;
-  result["gain"] = {{"x", answered(session, Read_X_GyroGain)},
-                    {"y", answered(session, Read_Y_GyroGain)}};
-  for (const OisSetting& setting : settings) result[setting.name] = answered(session, setting.read);
-  result["detection_mode"] = stationary_json(session);
-  result["pause"] = pausing.on(session.lens()) ? Json(answered(session, Read_OIS_Pause)) : Json();
+  result.update(stabiliser_json(session));
   return result;
 }
 
@@ -239,6 +234,18 @@ void add_modes(CommandTable& table, CLI::App& group) {
 }
 
 }  // namespace
+
+Json stabiliser_json(Session& session) {
+  Json result{{"gyro", pair_json(session, gyro_values)}};
+  result["hall"] = pair_json(session, Get_HallXY_Data);
+  result["gyro_stable"] = answered(session, Get_gyro_stable_flag) != 0;
+  result["gain"] = {{"x", answered(session, Read_X_GyroGain)},
+                    {"y", answered(session, Read_Y_GyroGain)}};
+  for (const OisSetting& setting : settings) result[setting.name] = answered(session, setting.read);
+  result["detection_mode"] = stationary_json(session);
+  result["pause"] = pausing.on(session.lens()) ? Json(answered(session, Read_OIS_Pause)) : Json();
+  return result;
+}
 
 void add_stabiliser(CommandTable& table) {
   CLI::App& group = CommandTable::add_group(table.root(), "ois", "Controls the stabiliser");
