@@ -85,6 +85,42 @@ class Calibrate(kelvoctl_tool.KelvoctlTest):
         self.check(result, 7, None, "kelvoctl: calibrate iris: /tmp/DC_S_Cali.dat: the record was not written\n")
         self.assertEqual(result.stdout.count('"written": true'), 2)
 
+    def test_a_link_that_fails(self):
+        """Commands that do not get through are told by the library; of a state that does not come, the time-out is
+        the only sign."""
+        failed = "/dev/spi_renesas: a transfer failed"
+        nothing = f"{failed}, and nothing is measured: see whether the controller has power, and boot it"
+        for fault, line in (("error=EIO", nothing), ("command=quality-check:error=EIO", nothing),
+                            ("frame=query:error=EIO", f"{failed}: see whether the controller has power, and boot it")):
+            with self.subTest(fault):
+                self.remove_camera()
+                self.check_fails(4, f"calibrate iris: {line}", "calibrate", "iris", "-y",
+                                 settings=f"clock=sleep fault=spi:{fault}")
+        self.remove_camera()
+        result = self.ctl("calibrate", "stabiliser", "-y", lens="de015", settings="clock=sleep fault=spi:error=EIO")
+        self.check(result, 4, None, f"kelvoctl: calibrate stabiliser: {nothing}\n")
+        self.assertIn("result  -1\n", result.stdout)
+
+    def test_a_controller_that_answers_nothing(self):
+        self.check_fails(4, "calibrate iris: no program answers: boot the controller", "calibrate", "iris", "-y",
+                         settings="clock=sleep fault=spi:boot-code=0xE2:reset")
+
+    def test_values_that_could_not_be_read(self):
+        """The library writes zeros for them, and has no error to tell."""
+        for lens, unit, query in (("df033", "iris", "calibration-error"), ("df033", "iris", "iris-sine"),
+                                  ("de015", "stabiliser", "calibration-error")):
+            with self.subTest(unit, query=query):
+                self.remove_camera()
+                result = self.ctl("calibrate", unit, "-y", lens=lens,
+                                  settings=f"clock=sleep fault=spi:query={query}:error=EIO")
+                self.check(result, 4, None, f"kelvoctl: calibrate {unit}: the record ends with zeros, as where a "
+                                            f"transfer fails: measure {unit} again\n")
+
+    def test_the_program_does_not_answer_afterwards(self):
+        self.check(self.ctl("calibrate", "iris", "-y",
+                            settings="clock=sleep fault=spi:command=set-mode:nth=2:times=2:error=EIO"), 4, None,
+                   "kelvoctl: calibrate iris: the program does not answer: boot the controller\n")
+
     def test_a_transfer_that_fails(self):
         result = self.ctl("calibrate", "stabiliser", "-y", lens="de015",
                           settings="clock=sleep fault=spi:query=gyro-stability:error=EIO")

@@ -14,6 +14,7 @@
 #include "tools/kelvoctl/records/record.h"
 #include "tools/kelvoctl/records/record_file.h"
 #include "wire/lens_program.h"
+#include "wire/paths.h"
 
 namespace kelvo::ctl {
 namespace {
@@ -36,14 +37,23 @@ Checked check_unit(const RecordKind& kind) {
   return checked;
 }
 
+Failure link_failure() {
+  return {ExitCode::link_failed,
+          std::string(wire::lens_controller_device) +
+              ": a transfer failed, and nothing is measured: see whether the controller has power, "
+              "and boot it"};
+}
+
 /// Where a check is, from what the library prints: its states, once a second, then its values.
 class CheckProgress {
  public:
   CheckProgress(Session& session, const RecordKind& kind, std::chrono::microseconds timeout)
       : session_(session), kind_(kind), values_(kind.fields.size()), timeout_(timeout) {}
 
-  /// Takes a line that was printed. Throws a Failure when the unit has been measured for too long.
+  /// Takes a line that was printed. Throws a Failure when the unit has been measured for too long, or is not
+  /// measured at all and that would have no end.
   void take(const std::string& line) {
+    if (states_.empty() && line.starts_with(failure_line)) link_failed_ = true;
     if (line.starts_with(state_line)) take_state(line);
     if (!states_.empty() && found_ < kind_.fields.size()) take_value(line);
     session_.progress(std::string("calibrate ") + kind_.name + ": " + text());
@@ -51,12 +61,14 @@ class CheckProgress {
 
   bool measured() const { return found_ == kind_.fields.size(); }
   const RecordValues& values() const { return values_; }
+  bool link_failed() const { return link_failed_; }
 
   /// Each state and for how many seconds it was seen.
   Json states() const { return states_; }
 
  private:
   static constexpr std::string_view state_line = "State:";
+  static constexpr std::string_view failure_line = "SendCommand Error";
 
   void take_state(const std::string& line) {
     const std::size_t last = line.find_last_of(' ');
@@ -68,6 +80,7 @@ class CheckProgress {
     if (state == wire::calibration_finished) return;
     states_.back()["seconds"] = states_.back()["seconds"].get<int>() + 1;
     // Between two questions nothing is under way: here the child can be ended.
+    if (link_failed_ && !kind_.check_ends) throw link_failure();
     if (std::chrono::seconds(++seconds_) >= timeout_) {
       throw Failure(ExitCode::time_out, std::string(kind_.name) +
                                             " is measured for longer than the time-out: boot the "
@@ -114,7 +127,27 @@ class CheckProgress {
   std::chrono::microseconds timeout_;
   Json states_ = Json::array();
   int seconds_ = 0;
+  bool link_failed_ = false;
 };
+
+/// The child, to its end.
+Outcome<Checked> check_in_child(Session& session, const RecordKind& kind, CheckProgress& progress) {
+  try {
+    return call_in_child<Checked>(
+        session, [&kind] { return check_unit(kind); },
+        [&progress](const std::string& line) { progress.take(line); });
+  } catch (const Failure& failure) {
+    session.detach();
+    // To the library a state that it cannot ask for is one that does not change.
+    if (failure.code() == static_cast<int>(ExitCode::time_out)) use_lens(session);
+    throw;
+  }
+}
+
+/// A value that could not be asked for is 0, and so are all behind it.
+bool ends_with_zero(const CheckProgress& progress) {
+  return progress.measured() && progress.values().back() == 0;
+}
 
 /// The three files against what was measured: the check passes over one that it cannot write.
 Json files_json(Session& session, const RecordKind& kind, const RecordValues& measured) {
@@ -129,8 +162,15 @@ Json files_json(Session& session, const RecordKind& kind, const RecordValues& me
   return files;
 }
 
-void complain(Session& session, const RecordKind& kind, const Checked& checked) {
+void complain(Session& session, const RecordKind& kind, const Checked& checked,
+              const CheckProgress& progress) {
   const std::string unit(kind.name);
+  if (progress.link_failed()) session.complain(ExitCode::link_failed, link_failure().what());
+  if (ends_with_zero(progress)) {
+    session.complain(
+        ExitCode::link_failed,
+        "the record ends with zeros, as where a transfer fails: measure " + unit + " again");
+  }
   if (checked.result < 0) {
     session.complain(ExitCode::bad_data, unit + " was not measured: it did not begin, or not end");
   } else if (checked.result != 0) {
@@ -153,12 +193,10 @@ Json calibrate(Session& session, const RecordKind& kind, const CheckOptions& opt
   session.confirm("The check boots the controller twice and replaces the unit's " +
                   std::string(kind.name) + " record. Go on?");
   CheckProgress progress(session, kind, options.timeout);
-  const Outcome<Checked> outcome = call_in_child<Checked>(
-      session, [&kind] { return check_unit(kind); },
-      [&progress](const std::string& line) { progress.take(line); });
+  const Outcome<Checked> outcome = check_in_child(session, kind, progress);
   session.detach();
   const Checked& checked = outcome.result;
-  complain(session, kind, checked);
+  complain(session, kind, checked, progress);
   Json result{{"module", name_of(module)},
               {"record", kind.name},
               {"result", checked.result},

@@ -43,9 +43,10 @@ constexpr std::array iris_fields{
 };
 
 constexpr std::array kinds{
-    RecordKind{"stabiliser", LensModule::de015, OIS_Quality_Check, stabiliser_fields,
+    RecordKind{"stabiliser", LensModule::de015, OIS_Quality_Check, true, stabiliser_fields,
                wire::stabiliser_record_copies},
-    RecordKind{"iris", LensModule::df033, DC_Quality_Check, iris_fields, wire::iris_record_copies},
+    RecordKind{"iris", LensModule::df033, DC_Quality_Check, false, iris_fields,
+               wire::iris_record_copies},
 };
 
 constexpr char kind_member[] = "record";

@@ -22,6 +22,7 @@ struct RecordKind {
   const char* name;
   LensModule checked;  // the quality check is for this module
   std::int32_t (*check)();
+  bool check_ends;  // by itself, also where nothing is measured
   std::span<const RecordField> fields;
   std::span<const char* const> copies;  // as a check writes them; the last is read at boot
 
