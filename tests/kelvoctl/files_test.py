@@ -4,6 +4,7 @@
 import json
 import os
 import signal
+import socket
 import subprocess
 import threading
 
@@ -82,6 +83,14 @@ class Written(kelvoctl_tool.KelvoctlTest):
         self.assertEqual(json.loads(read[0])["record"], "iris")
         self.assertEqual(list(self.folder.iterdir()), [pipe])
 
+    def test_what_takes_no_bytes(self):
+        place = self.folder / "socket"
+        with socket.socket(socket.AF_UNIX) as listener:
+            listener.bind(str(place))
+            self.check(self.export(place), 7, "",
+                       f"kelvoctl: calibration export: {place}: cannot be written: No such device or address\n")
+        self.assertEqual(list(self.folder.iterdir()), [place])
+
     def test_a_folder(self):
         place = self.folder / "folder"
         place.mkdir()
@@ -131,7 +140,7 @@ class Shown(kelvoctl_tool.KelvoctlTest):
         script = self.script("1" * 100000)
         result = self.check(self.ctl("pid", "show", script), 2, "", None)
         self.assertLess(len(result.stderr), 1100)
-        self.assertTrue(result.stderr.endswith('1" is no number of 32 bits with a sign\n'), result.stderr[-100:])
+        self.assertTrue(result.stderr.endswith('1" is no number from -2147483648 to 2147483647\n'), result.stderr[-100:])
 
 
 if __name__ == "__main__":

@@ -18,6 +18,14 @@ class Limits(HeadTest):
             self.assertEqual((shown["start"], shown["end"], shown["unit"]), expected)
             self.assertFalse(self.result("pan", "limits", "off")["limits_on"])
 
+    def test_the_travel_can_go_through_the_end_of_the_range(self):
+        """A tasmere controller has a start and a length, and the library counts on from there."""
+        for head in self.heads():
+            shown = self.result("pan", "limits", "set", 50000, 10000)
+            self.assertEqual((shown["start"], shown["end"]), {"tasmere": (50000, 75535), "vetra": (4267, 15253)}[head])
+            self.result("pan", "goto", 5000, "--limits", "50000:10000", "--pid", TABLE, "--speed", 7200, "--wait")
+            self.assertEqual(self.violations(), [])
+
     def test_of_tilt(self):
         for head in self.heads():
             self.check(self.ctl("tilt", "limits", "set", "0x2710", "50000"), 0, None)

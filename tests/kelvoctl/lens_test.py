@@ -25,6 +25,16 @@ class LensTest(kelvoctl_tool.KelvoctlTest):
                 self.check_fails(2, f"{command}: {line}: see kelvoctl {command} --help", *command.split(), *arguments)
 
 
+class NotBooted(LensTest):
+    def test_commands_that_need_a_program(self):
+        for command in ("zoom1 off", "focus home", "iris set 5", "filter on", "heater 5", "adc 0", "pi read", "pi offset",
+                        "pi power on", "pi calibrate", "pi verify on", "pt5111 init", "pt5111 send 1", "ois on", "ois off",
+                        "ois gain", "ois range 5", "ois mode normal", "ois coma", "ois stationary on", "ois read"):
+            with self.subTest(command):
+                name = " ".join(word for word in command.split() if word.isidentifier())
+                self.check_fails(4, f"{name}: no program answers: boot the controller", *command.split())
+
+
 class Iris(LensTest):
     def test_steps(self):
         self.boot("de015")
@@ -56,10 +66,17 @@ class Iris(LensTest):
     def test_the_range(self):
         self.boot()
         self.check_fails(2, "iris range: /bin/DC_S_Cali.dat: cannot be opened: calibrate the iris", "iris", "range")
+        self.check_fails(2, "iris range: /bin/DC_S_Cali.dat: cannot be opened: import the unit's record", "iris", "range",
+                         lens="t5391")
         self.check_fails(8, "iris range: de015 has no iris loop", "iris", "range", lens="de015")
         self.check(self.ctl("calibrate", "iris", "-y"), 0, None)
         self.check_shows("module   df033\nminimum  403\nmaximum  3708\n", "iris", "range")
         self.check_shows("module   t5391\nminimum  403\nmaximum  3708\n", "iris", "range", lens="t5391")
+
+    def test_a_record_that_is_gone_meanwhile(self):
+        self.check(self.ctl("calibrate", "iris", "-y"), 0, None)
+        self.check_fails(2, "iris range: /bin/DC_S_Cali.dat: cannot be opened: calibrate the iris", "iris", "range",
+                         settings="clock=sleep fault=file:path=/bin/DC_S_Cali.dat:frame=read:nth=2:missing")
 
     def test_the_range_of_a_damaged_record(self):
         place = self.folder / "bin/DC_S_Cali.dat"
@@ -201,6 +218,12 @@ class Interrupters(LensTest):
         self.check_fails(4, f"pi read: {LINK}", "pi", "read",
                          settings="clock=sleep fault=spi:query=interrupter-state:error=EIO")
         self.check_numbers("pi read", (["256"], 'SENSOR: "256" is no number from 0 to 255'))
+
+    def test_a_number_that_none_has(self):
+        for lens, last in (("de015", 2), ("df033", 3), ("t5391", 1)):
+            line = f"{lens} has the photo-interrupters 0 to {last} only"
+            self.check_fails(2, f"pi read: {line}", "pi", "read", last + 1, lens=lens)
+            self.check_fails(2, f"focus home: {line}", "focus", "home", "--sensor", last + 1, lens=lens)
 
 
 class Pt5111(LensTest):

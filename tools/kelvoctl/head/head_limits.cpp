@@ -65,8 +65,8 @@ void add_set(CommandTable& table, CLI::App& group, const HeadAxis& axis) {
       group, "set", "Sets both limits; they are switched on apart",
       [&axis](Session& session, const Limits& given) { return set(session, axis, given); });
   require(add_number(command, "A", options.start, position_range, "Where the travel begins", ""));
-  require(
-      add_number(command, "B", options.end, position_range, "Where it ends, upwards from A", ""));
+  require(add_number(command, "B", options.end, position_range,
+                     "Where it ends, upwards from A; through the end of the range if below A", ""));
 }
 
 void add_step(CommandTable& table, CLI::App& group, const HeadAxis& axis) {

@@ -17,12 +17,11 @@ struct TuningFileOptions {
 
 Json show(Session& /*session*/, const TuningFileOptions& options) {
   if (!options.file.empty()) return tuning_json(read_tuning_file(options.file));
-  const TuningTable table = loaded_tuning();
-  if (table == TuningTable{}) {
+  if (!tuning_loaded()) {
     throw Failure(ExitCode::refused, "no tuning table is loaded in this process: name its file");
   }
   Json result{{"frozen", gains_frozen()}};
-  result.update(tuning_json(table));
+  result.update(tuning_json(loaded_tuning()));
   return result;
 }
 

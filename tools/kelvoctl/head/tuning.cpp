@@ -1,6 +1,7 @@
 #include "tools/kelvoctl/head/tuning.h"
 
 #include <algorithm>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <span>
 
@@ -33,21 +34,34 @@ constexpr std::array used_rows{
 };
 // clang-format on
 
+/// A word of a row and the greatest number that is sent of it whole.
+struct Word {
+  const char* name;
+  std::int64_t greatest = 0xFFFF;
+};
+
 /// The words of a row that a family's controllers get.
 struct Words {
   int family;
   std::size_t first;
-  std::span<const char* const> names;
+  std::span<const Word> list;
 };
 
-constexpr std::array tasmere_names{"p", "i", "d"};
-constexpr std::array vetra_names{"position_p", "position_i",   "speed_p",     "speed_i",
-                                 "current",    "acceleration", "deceleration"};
-constexpr Words words_by_family[] = {{tasmere, 1, tasmere_names}, {vetra, 0, vetra_names}};
+using TuningWord = std::numeric_limits<std::int32_t>;
+
+constexpr std::array tasmere_words{Word{"p"}, Word{"i"}, Word{"d"}};
+constexpr std::array vetra_words{Word{"position_p"},
+                                 Word{"position_i"},
+                                 Word{"speed_p"},
+                                 Word{"speed_i"},
+                                 Word{"current"},
+                                 Word{"acceleration", TuningWord::max()},
+                                 Word{"deceleration", TuningWord::max()}};
+constexpr Words words_by_family[] = {{tasmere, 1, tasmere_words}, {vetra, 0, vetra_words}};
 
 std::span<const std::int32_t> values_of(const TuningTable& table, const Row& row,
                                         const Words& words) {
-  return std::span(table).subspan(row.number * tuning_words + words.first, words.names.size());
+  return std::span(table).subspan(row.number * tuning_words + words.first, words.list.size());
 }
 
 bool all_zero(std::span<const std::int32_t> values) {
@@ -59,7 +73,7 @@ const Words& words_of(int family) {
 }
 
 void add_words(Json& object, const Words& words, std::span<const std::int32_t> numbers) {
-  for (std::size_t i = 0; i < numbers.size(); ++i) object[words.names[i]] = numbers[i];
+  for (std::size_t i = 0; i < numbers.size(); ++i) object[words.list[i].name] = numbers[i];
 }
 
 Json row_json(const TuningTable& table, const Row& row, const Words& words) {
@@ -76,8 +90,24 @@ bool& frozen_flag() {
   static bool frozen = false;
   return frozen;
 }
+bool& loaded_flag() {
+  static bool loaded = false;
+  return loaded;
+}
 
 }  // namespace
+
+Range tuning_range(std::size_t row, std::size_t word) {
+  const auto* const used = std::ranges::find(used_rows, row, &Row::number);
+  if (used != used_rows.end()) {
+    const Words& words = words_of(used->family);
+    // What stands before the first is too great as well.
+    if (word - words.first < words.list.size()) return {0, words.list[word - words.first].greatest};
+  }
+  return {TuningWord::min(), TuningWord::max()};
+}
+
+bool tuning_loaded() { return loaded_flag(); }
 
 TuningTable loaded_tuning() {
   TuningTable table{};
@@ -89,6 +119,7 @@ void load_tuning(Session& session, const TuningTable& table) {
   TuningTable words = table;
   session.call(
       [&words] { return Init_Setup_PID(reinterpret_cast<const std::uint8_t*>(words.data())); });
+  loaded_flag() = true;
 }
 
 Json tuning_json(const TuningTable& table) {
@@ -107,14 +138,14 @@ Json written_json(const HeadAxis& axis, int family) {
   const std::int32_t* const written = family == vetra ? axis.vetra_written : axis.tasmere_written;
   const Words& words = words_of(family);
   Json object{{"axis", axis.name}};
-  add_words(object, words, {written + words.first, words.names.size()});
+  add_words(object, words, {written + words.first, words.list.size()});
   return object;
 }
 
 void require_gains(const HeadAxis& axis, int family, Motion motion) {
   if (gains_frozen()) return;
   const TuningTable table = loaded_tuning();
-  if (all_zero(table)) {
+  if (!tuning_loaded()) {
     throw Failure(ExitCode::refused,
                   "without a tuning table a move sets gains of zero: give it with --pid FILE, or "
                   "in a script or shell with pid load FILE");

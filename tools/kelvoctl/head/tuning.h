@@ -3,9 +3,11 @@
 #define KELVO_TOOLS_KELVOCTL_HEAD_TUNING_H
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
+#include "tools/kelvoctl/common/numbers.h"
 #include "tools/kelvoctl/head/head_axis.h"
 
 namespace kelvo::ctl {
@@ -15,11 +17,15 @@ inline constexpr std::size_t tuning_words = 7;
 
 using TuningTable = std::array<std::int32_t, tuning_rows * tuning_words>;
 
+/// What a word of a row can be: what the library sends of it, or anything where it sends nothing.
+Range tuning_range(std::size_t row, std::size_t word);
+
 /// Reads a file: twelve rows of seven numbers as text, with comments behind #, or the 336 bytes as the
 /// library takes them. Throws a Failure that names line and column.
 TuningTable read_tuning_file(const std::string& path);
 
-/// What the library has loaded in this process.
+/// Whether the library has loaded one in this process, and which.
+bool tuning_loaded();
 TuningTable loaded_tuning();
 void load_tuning(Session& session, const TuningTable& table);
 

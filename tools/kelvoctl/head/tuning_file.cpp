@@ -1,7 +1,6 @@
 // The file of a tuning table, as a person writes it or as the library takes it.
 #include <cctype>
 #include <cstring>
-#include <limits>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -26,17 +25,22 @@ struct FilePlace {
                                                std::to_string(place.column) + ": " + what);
 }
 
-std::int32_t word_of(const FilePlace& place, std::string_view text) {
-  using Limits = std::numeric_limits<std::int32_t>;
-  const std::optional<std::int64_t> number = parse_number(text);
-  if (number && *number >= Limits::min() && *number <= Limits::max()) {
-    return static_cast<std::int32_t>(*number);
-  }
-  refuse(place, "\"" + std::string(text) + "\" is no number of 32 bits with a sign");
+bool is_in(const Range& range, std::int64_t number) {
+  return number >= range.low && number <= range.high;
 }
 
-/// The numbers of a line, up to its comment.
-std::vector<std::int32_t> numbers_of(FilePlace place, std::string_view line) {
+std::string not_in(const Range& range) {
+  return " is no number from " + std::to_string(range.low) + " to " + std::to_string(range.high);
+}
+
+std::int32_t word_of(const FilePlace& place, std::string_view text, const Range& range) {
+  const std::optional<std::int64_t> number = parse_number(text);
+  if (number && is_in(range, *number)) return static_cast<std::int32_t>(*number);
+  refuse(place, "\"" + std::string(text) + "\"" + not_in(range));
+}
+
+/// The numbers of a line, up to its comment. `row` is the one that they would be.
+std::vector<std::int32_t> numbers_of(FilePlace place, std::string_view line, std::size_t row) {
   line = line.substr(0, line.find('#'));
   std::vector<std::int32_t> numbers;
   for (std::size_t at = line.find_first_not_of(blanks); at < line.size();
@@ -44,7 +48,8 @@ std::vector<std::int32_t> numbers_of(FilePlace place, std::string_view line) {
     const std::size_t end = std::min(line.find_first_of(blanks, at), line.size());
     place.column = at + 1;
     if (numbers.size() == tuning_words) refuse(place, "the row is over: it has seven numbers");
-    numbers.push_back(word_of(place, line.substr(at, end - at)));
+    const Range range = tuning_range(row, numbers.size());
+    numbers.push_back(word_of(place, line.substr(at, end - at), range));
     at = end;
   }
   place.column = line.size() + 1;
@@ -60,7 +65,8 @@ TuningTable read_text(const std::string& path, std::string_view text) {
   FilePlace place{.path = path};
   for (; !text.empty(); ++place.line) {
     const std::size_t end = std::min(text.find('\n'), text.size());
-    for (const std::int32_t number : numbers_of(place, text.substr(0, end))) {
+    const std::size_t row = words / tuning_words;
+    for (const std::int32_t number : numbers_of(place, text.substr(0, end), row)) {
       if (words == table.size()) refuse(place, "the table is over: it has twelve rows");
       table[words++] = number;
     }
@@ -82,6 +88,15 @@ TuningTable read_raw(const std::string& path, const std::string& bytes) {
                       " bytes: a raw tuning table has " + std::to_string(sizeof table));
   }
   std::memcpy(table.data(), bytes.data(), sizeof table);
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    const std::size_t row = i / tuning_words;
+    const std::size_t word = i % tuning_words;
+    const Range range = tuning_range(row, word);
+    if (is_in(range, table[i])) continue;
+    throw Failure(ExitCode::wrong_arguments, path + ": row " + std::to_string(row) + ", word " +
+                                                 std::to_string(word) + ": " +
+                                                 std::to_string(table[i]) + not_in(range));
+  }
   return table;
 }
 

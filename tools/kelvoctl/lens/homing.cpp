@@ -8,6 +8,7 @@
 #include "tools/kelvoctl/common/command_table.h"
 #include "tools/kelvoctl/common/numbers.h"
 #include "tools/kelvoctl/common/signals.h"
+#include "tools/kelvoctl/lens/interrupters.h"
 #include "tools/kelvoctl/lens/lens_use.h"
 #include "tools/kelvoctl/lens/motor.h"
 
@@ -112,6 +113,7 @@ Json home(Session& session, const Motor& motor, const HomeOptions& options) {
   refuse_unless_fitted(session, motor);
   const auto at = static_cast<std::uint32_t>(options.at.value_or(0));
   const bool sets = motor.presets.on(session.lens()) != Preset::none;
+  if (options.sensor) check_sensor(session.lens(), *options.sensor);
   if (options.at) refuse_unless_settable(session, motor, at);
   use_lens(session);
   Json result = motor_json(session, motor);

@@ -22,9 +22,11 @@ struct Travel {
   std::uint32_t low = 0;
 };
 
-Failure no_travel() {
+Failure no_travel(LensModule module) {
+  const bool measured = module == kind_of(module).checked;
   return {ExitCode::wrong_arguments,
-          std::string(wire::iris_record) + ": cannot be opened: calibrate the iris"};
+          std::string(wire::iris_record) + ": cannot be opened: " +
+              (measured ? "calibrate the iris" : "import the unit's record")};
 }
 
 /// In a child, because on T5391 each call costs the process a descriptor. The library takes zeros from a
@@ -32,7 +34,7 @@ Failure no_travel() {
 Json show_travel(Session& session) {
   const LensModule module = session.lens();
   refuse_unless(looped.on(module), module, "has no iris loop");
-  if (!stored_record(kind_of(module), wire::iris_record)) throw no_travel();
+  if (!stored_record(kind_of(module), wire::iris_record)) throw no_travel(module);
   const auto read = [module] {
     SetLensType(static_cast<std::int32_t>(module));
     Travel travel;
@@ -41,7 +43,7 @@ Json show_travel(Session& session) {
   };
   const Travel travel =
       call_in_child<Travel>(session, read, [](const std::string& /*line*/) {}).result;
-  if (travel.result != 0) throw no_travel();
+  if (travel.result != 0) throw no_travel(module);
   return {{"module", name_of(module)}, {"minimum", travel.low}, {"maximum", travel.high}};
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "kelvo.h"
 #include "tools/kelvoctl/common/hexadecimal.h"
@@ -54,6 +55,21 @@ constexpr char fields_member[] = "fields";
 
 Failure no_record(const RecordKind& kind, const std::string& name, const std::string& why) {
   return {ExitCode::bad_data, name + ": no " + kind.name + " record: " + why};
+}
+
+/// Of members with one name the parser would take the last.
+Json parse_once(const RecordKind& kind, const std::string& text, const std::string& name) {
+  std::vector<std::set<std::string>> open;  // the names in each object that is not closed yet
+  const auto on_event = [&](int /*depth*/, Json::parse_event_t event, const Json& parsed) {
+    if (event == Json::parse_event_t::object_start) open.emplace_back();
+    if (event == Json::parse_event_t::object_end) open.pop_back();
+    if (event == Json::parse_event_t::key &&
+        !open.back().insert(parsed.get<std::string>()).second) {
+      throw no_record(kind, name, "it has " + parsed.get<std::string>() + " twice");
+    }
+    return true;
+  };
+  return Json::parse(text, on_event, false);
 }
 
 /// Throws a Failure for members that a record does not have.
@@ -118,7 +134,7 @@ RecordValues parse_bytes(const RecordKind& kind, const std::string& bytes,
 }
 
 RecordValues parse_json(const RecordKind& kind, const std::string& text, const std::string& name) {
-  const Json whole = Json::parse(text, nullptr, false);
+  const Json whole = parse_once(kind, text, name);
   check_members(kind, whole, name);
   RecordValues values;
   for (const RecordField& field : kind.fields) {
