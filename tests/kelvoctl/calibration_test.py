@@ -187,6 +187,22 @@ class Export(Record):
                 self.check(self.ctl("calibration", "import", "-y", path, lens=lens), 0, None)
                 self.assertEqual(len(self.stored(FILES[record][0])), SIZES[record])
 
+    def test_a_file_that_is_there_is_not_replaced_without_a_yes(self):
+        self.store("/bin/DC_S_Cali.dat", struct.pack("=6I", *IRIS.values()))
+        path = self.given("kept")
+        self.check_fails(8, f"calibration export: {path} is there already, and this replaces it. Go on? There is no "
+                            "terminal to ask: say so with -y", "calibration", "export", path)
+        self.assertEqual(path.read_text(), "kept")
+        for answer, code in (("n\n", 8), ("y\n", 0)):
+            terminal = self.terminal("calibration", "export", "given", settings=self.settings)
+            terminal.expect(r"given is there already, and this replaces it\. Go on\? \[y/N\] ")
+            terminal.type(answer)
+            self.assertEqual(terminal.wait(), code)
+            self.assertEqual(path.read_text() == "kept", code == 8)
+        self.given("kept")
+        self.check(self.ctl("calibration", "export", "-y", path), 0, None)
+        self.assertEqual(json.loads(path.read_text())["fields"], IRIS)
+
     def test_to_standard_output(self):
         self.store("/bin/DC_S_Cali.dat", struct.pack("=6I", *IRIS.values()))
         shown = json.loads(self.check(self.ctl("calibration", "export", "-"), 0, None).stdout)

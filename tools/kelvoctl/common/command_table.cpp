@@ -117,7 +117,7 @@ CommandTable::CommandTable(Place place)
   root_->add_flag("--verbose", line_.modes.verbose,
                   "Show what the library prints, on standard error");
   root_->add_flag("-y,--yes", line_.modes.yes,
-                  "Do not ask before flash is written or a controller reset");
+                  "Do not ask before flash is written, a controller reset or a file replaced");
   if (place == Place::arguments) add_process_options();
   add_commands(*this);
   if (place != Place::arguments) return;

@@ -145,6 +145,9 @@ Json export_record(Session& session, const RecordFileOptions& options) {
     tools::print(text);
     return {};
   }
+  if (would_replace(options.file)) {
+    session.confirm(options.file + " is there already, and this replaces it. Go on?");
+  }
   replace_file(options.file, text);
   return {{"record", kind.name}, {"from", record.path}, {"to", options.file}};
 }

@@ -71,6 +71,11 @@ std::optional<RecordValues> stored_record(const RecordKind& kind, const std::str
   return parse_bytes(kind, *bytes, path);
 }
 
+bool would_replace(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
 void replace_file(const std::string& path, const std::string& bytes) {
   if (is_special(path)) {
     if (!write_whole(path, bytes, Survive::no)) throw not_written(path);
