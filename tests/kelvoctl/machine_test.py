@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""kelvoctl doctor on machines that are no simulated camera: devices, reset line, bus lock, library and images."""
+"""kelvoctl on machines that are no simulated camera, mostly doctor: devices, reset line, bus lock, library, images."""
 
 import ctypes
 import json
@@ -35,12 +35,16 @@ class Machine(kelvoctl_tool.KelvoctlTest):
         self.installed = self.root / INSTALLED[1:]
         self.installed.symlink_to(project.setting("library"))
 
+    def call(self, *arguments, **variables):
+        """kelvoctl on this machine."""
+        preload = f"LD_PRELOAD={project.setting('odd_machine')}"
+        name, value = ("QEMU_SET_ENV", preload) if kelvoctl_tool.EMULATED else preload.split("=")
+        return kelvoctl_tool.call(*arguments, variables={"ODD_ROOT": str(self.root), "ODD_LOCK_KEY": str(self.key),
+                                                         name: value, **variables})
+
     def doctor(self, code=0, line=None):
         """What it finds on this machine, and how it ends."""
-        preload = f"LD_PRELOAD={project.setting('odd_machine')}"
-        variables = {"ODD_ROOT": str(self.root), "ODD_LOCK_KEY": str(self.key)}
-        name, value = ("QEMU_SET_ENV", preload) if kelvoctl_tool.EMULATED else preload.split("=")
-        result = kelvoctl_tool.call("doctor", "--json", variables={**variables, name: value})
+        result = self.call("doctor", "--json")
         self.check(result, code, None, f"kelvoctl: doctor: {line}\n" if line else "")
         return {row["check"]: (row["health"], row["detail"]) for row in json.loads(result.stdout)["checks"]}
 
@@ -105,6 +109,13 @@ class Machine(kelvoctl_tool.KelvoctlTest):
         self.key = 0
         line = "the key is 0, and nothing is shared: copy the library, for another inode"
         self.assertEqual(self.doctor(4, f"bus lock: {line}")["bus lock"], ("bad", line))
+
+    def test_a_driver_with_a_result_of_its_own(self):
+        """Only of a result of -1 the link itself tells that it has failed."""
+        self.semaphore()
+        for result, status in (("5", 5), ("261", 5)):
+            self.check(self.call("--lens", "df033", "focus", "off", ODD_RESULT=result), 4, "",
+                       f"kelvoctl: focus off: /dev/spi_renesas: a transfer failed: status {status}\n")
 
     def test_images(self):
         found = self.doctor()

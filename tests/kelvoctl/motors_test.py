@@ -234,6 +234,12 @@ class Homing(kelvoctl_tool.KelvoctlTest):
                             "see --sensor and --travel: focus is stopped, and its power is off",
                          "focus", "home", "--sensor", "2", "--travel", "50")
 
+    def test_a_transfer_that_fails_leaves_it_moving(self):
+        self.boot()
+        self.check_fails(4, "focus home: /dev/spi_renesas: a transfer failed: see whether the controller has power, and "
+                            "boot it: focus may still move: nothing reaches it", "focus", "home",
+                         settings="clock=sleep fault=spi:query=interrupter-state:nth=3:error=EIO")
+
     def test_the_time_out_stops_it(self):
         self.boot()
         self.check_fails(5, "focus home: focus moves for longer than the time-out: "
