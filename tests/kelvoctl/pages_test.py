@@ -26,6 +26,13 @@ class Pages(kelvoctl_tool.KelvoctlTest):
         self.assertIn("--lens", self.bash_offers("--"))
         self.assertEqual(self.bash_offers("--lens", "d"), ["de015", "df033"])
 
+    def test_options_of_the_tool_behind_a_command(self):
+        options = {"--json", "--verbose", "--yes", "--lens", "--sim"}
+        self.assertLessEqual({"--help", *options}, set(self.bash_offers("boot", "--")))
+        self.assertLessEqual({"--speed", *options}, set(self.bash_offers("zoom1", "move", "5", "--")))
+        self.assertEqual(len(self.bash_offers("boot", "--")), len(set(self.bash_offers("boot", "--"))))
+        self.assertEqual(self.bash_offers("zoom1", "move", "--lens", "d"), ["de015", "df033"])
+
     def test_files(self):
         self.assertIn("/etc/passwd", self.bash_offers("run", "/etc/passw"))
 
@@ -36,6 +43,8 @@ class Pages(kelvoctl_tool.KelvoctlTest):
         path.write_text(page)
         result = subprocess.run(["zsh", "-n", path], capture_output=True, check=False, text=True)
         self.assertEqual((result.returncode, result.stderr), (0, ""))
+        self.assertRegex(page, r"(?m)^    \(/boot:\*\) offers=\(.*'--lens:The lens module ")
+        self.assertRegex(page, r"(?m)^    \(\*:--lens\) offers=\('de015' 'df033' 't5391'\) ;;$")
 
     def test_another_shell(self):
         result = self.check(kelvoctl_tool.call("completion", "fish"), 2, "", None)

@@ -36,7 +36,9 @@ Also also_of(const CLI::Option& option) {
 void add_options(const CLI::App& command, std::vector<Offer>& offers) {
   for (const CLI::Option* const option : options_of(command)) {
     for (const std::string& name : option->get_lnames()) {
-      offers.push_back({"--" + name, option->get_description()});
+      const std::string word = "--" + name;
+      if (std::ranges::find(offers, word, &Offer::word) != offers.end()) continue;
+      offers.push_back({word, option->get_description()});
     }
   }
 }
@@ -56,13 +58,17 @@ void add_argument(const CLI::Option& argument, Place& place) {
   for (const std::string& value : values_of(argument)) place.offers.push_back({value, ""});
 }
 
-void add_place(const CLI::App& command, const std::string& path, std::vector<Place>& places) {
-  add_values(command, path, places);
+/// `app` has the options that stand behind each command as well, if it takes them there.
+void add_place(const CLI::App& app, const CLI::App& command, const std::string& path,
+               std::vector<Place>& places) {
+  const bool everywhere = app.get_fallthrough();
+  add_values(command, everywhere && path.empty() ? "*" : path, places);
   Place rest{path, anywhere, {}};
   for (const CLI::App* const below : commands_of(command)) {
     rest.offers.push_back({below->get_name(), below->get_description()});
   }
   add_options(command, rest.offers);
+  if (everywhere) add_options(app, rest.offers);
   const std::vector<const CLI::Option*> arguments = arguments_of(command);
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     if (arguments[i]->get_items_expected_max() > 1) {
@@ -80,7 +86,7 @@ void add_place(const CLI::App& command, const std::string& path, std::vector<Pla
 std::vector<Place> places_of(const CLI::App& app) {
   std::vector<Place> places;
   for (const Branch& branch : branches_of(app, "", '/')) {
-    add_place(*branch.command, branch.path, places);
+    add_place(app, *branch.command, branch.path, places);
   }
   return places;
 }
