@@ -40,6 +40,13 @@ class Arguments(kelvoctl_tool.KelvoctlTest):
         self.check_refused("boot: The following argument was not expected: attach: see kelvoctl boot --help",
                            "boot", "attach")
 
+    def test_more_than_nothing_takes(self):
+        self.check_refused("boot: The following arguments were not expected: a --foo b c: see kelvoctl boot --help",
+                           "boot", "a", "--foo", "b", "--", "c")
+        self.check_refused("pan limits set: The following arguments were not expected: 3 4 --x: see kelvoctl pan limits "
+                           "set --help", "pan", "limits", "set", "1", "2", "3", "4", "--x")
+        self.check_refused('completion: "one" is no command: it is one of bash, zsh', "completion", "one", "two")
+
     def test_an_unknown_module(self):
         self.check_refused('--lens: "de051" is no lens module: write de015|df033|t5391: see kelvoctl --help',
                            "--lens", "de051")
@@ -73,6 +80,11 @@ class SimulatedCamera(kelvoctl_tool.KelvoctlTest):
     def test_a_wrong_name_of_a_camera(self):
         result = self.check(kelvoctl_tool.call("--sim=a/b", "attach"), 2, "", None)
         self.assertTrue(result.stderr.startswith('kelvoctl: --sim: "a/b" is not '), result.stderr)
+
+    def test_no_name_of_a_camera(self):
+        line = "kelvoctl: --sim=: a name is missing: write --sim=NAME, or --sim for the camera kelvoctl\n"
+        for arguments in (["--sim=", "attach"], ["attach", "--sim="], ["--sim="]):
+            self.check(kelvoctl_tool.call(*arguments), 2, "", line)
 
     def test_wrong_settings_of_the_simulated_camera(self):
         result = self.check(kelvoctl_tool.call("--sim", "attach", variables={"KELVO_SIM": "colour=red"}), 2, "", None)

@@ -64,6 +64,19 @@ std::string left_over(const CLI::App& root) {
   return word == rest.end() ? "" : *word;
 }
 
+/// The words that nothing takes, in their order: the parser has them the other way round.
+std::string unexpected(const CLI::App& root) {
+  std::string words;
+  std::size_t number = 0;
+  for (const std::string& word : root.remaining(true)) {
+    if (word == "--") continue;
+    words += " " + word;
+    ++number;
+  }
+  return std::string("The following ") + (number > 1 ? "arguments were" : "argument was") +
+         " not expected:" + words;
+}
+
 /// The parser would say no more than that a command is missing.
 std::string missing_command(const CLI::App& root, const CLI::App& group) {
   const std::string word = left_over(root);
@@ -71,6 +84,16 @@ std::string missing_command(const CLI::App& root, const CLI::App& group) {
   if (word.empty()) return "a command is missing" + known;
   if (is_option(word)) return "\"" + word + "\" is no option" + see_help(group);
   return "\"" + word + "\" is no command" + known;
+}
+
+/// The parser would take it for the option without a name.
+void refuse_empty_name(const std::vector<std::string>& words) {
+  const auto end = std::ranges::find(words, "--");
+  if (std::find(words.begin(), end, "--sim=") == end) return;
+  throw Failure(
+      ExitCode::wrong_arguments,
+      std::string("--sim=: a name is missing: write --sim=NAME, or --sim for the camera ") +
+          tool_name);
 }
 
 /// Whether help is asked for of a command that there is not.
@@ -167,7 +190,8 @@ CLI::App& CommandTable::add(CLI::App& parent, const std::string& name,
 
 std::string CommandTable::complaint(const CLI::ParseError& error) const {
   const CLI::App& named = named_in(*root_);
-  std::string line = error.what();
+  const bool extras = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError);
+  std::string line = extras ? unexpected(*root_) : error.what();
   const bool required = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError) &&
                         !all_of(named).empty();
   if (required || asks_for_nothing(error, *root_)) return missing_command(*root_, named);
@@ -176,6 +200,7 @@ std::string CommandTable::complaint(const CLI::ParseError& error) const {
 }
 
 Line CommandTable::read(std::vector<std::string> words) {
+  if (place_ == Place::arguments) refuse_empty_name(words);
   std::reverse(words.begin(), words.end());
   try {
     root_->parse(std::move(words));
