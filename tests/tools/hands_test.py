@@ -100,7 +100,7 @@ class Refusals(HandsTest):
         self.check_hand("", "power", "off")
         for device in ("command", "pt5111", "tilt"):
             self.check_failure(8, f"{device} 4: the power is off: switch it on", "peek", device, "4")
-        self.check_failure(8, "pan set_use_hall: the power is off: correct the command line",
+        self.check_failure(8, "pan set_use_hall: the power is off: switch it on",
                            "poke", "pan", "set_use_hall", "1")
 
 

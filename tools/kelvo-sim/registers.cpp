@@ -164,6 +164,8 @@ constexpr std::array devices{
     DeviceRow{"tilt", "register of the tilt controller", 0, find_head, peek_head, poke_head},
 };
 
+constexpr char no_power[] = "the power is off: switch it on";
+
 const DeviceRow& row_of(const Place& place) {
   return *std::ranges::find(devices, std::string_view(place.device), &DeviceRow::device);
 }
@@ -206,7 +208,7 @@ bool is_device(std::string_view device) {
 std::uint64_t peek(const Camera& camera, const Place& place) {
   const DeviceRow& row = row_of(place);
   if (const auto value = row.peek(camera, address_of(camera, place))) return *value;
-  const char* const why = !camera.powered() ? "the power is off: switch it on"
+  const char* const why = !camera.powered() ? no_power
                           : !camera.lens().module() && row.bytes != 0
                               ? "no program runs: boot the lens controller first"
                               : nullptr;
@@ -218,6 +220,7 @@ std::uint64_t peek(const Camera& camera, const Place& place) {
 void poke(Camera& camera, const Place& place, std::uint64_t value) {
   const DeviceRow& row = row_of(place);
   if (row.poke == nullptr) throw refusal(place, "a query is only answered: poke a command");
+  if (!camera.powered()) throw refusal(place, no_power);
   const Address address = address_of(camera, place);
   const std::size_t bytes = row.bytes != 0 ? row.bytes : width_of(camera, address.number);
   if (value > most_in(bytes)) {
