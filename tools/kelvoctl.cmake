@@ -20,6 +20,7 @@ add_executable(kelvoctl
   kelvoctl/raw.cpp
   kelvoctl/simulation.cpp
   kelvoctl/status.cpp
+  kelvoctl/common/bus_lock.cpp
   kelvoctl/common/child.cpp
   kelvoctl/common/columns.cpp
   kelvoctl/common/command_table.cpp

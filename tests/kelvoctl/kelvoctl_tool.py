@@ -31,8 +31,9 @@ def call(*arguments, variables=None, **options):
     """Runs kelvoctl to its end, on no camera unless the arguments or variables name one."""
     options.setdefault("stdin", subprocess.DEVNULL)
     options.setdefault("stdout", subprocess.PIPE)
+    options.setdefault("timeout", 100)
     return subprocess.run([*filter(None, project.settings("tool")), *map(str, arguments)], text=True,
-                          stderr=subprocess.PIPE, env=environment(variables), check=False, timeout=100, **options)
+                          stderr=subprocess.PIPE, env=environment(variables), check=False, **options)
 
 
 def call_sim(*arguments):

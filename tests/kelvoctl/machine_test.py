@@ -105,6 +105,17 @@ class Machine(kelvoctl_tool.KelvoctlTest):
         line = f"held, and not given back; process {os.getpid()} used it last: end it"
         self.assertEqual(self.doctor(4, f"bus lock: {line}")["bus lock"], ("bad", line))
 
+    def test_a_bus_lock_that_a_process_has_left_behind(self):
+        semaphore = self.semaphore()
+        process = os.fork()
+        if process == 0:
+            self.change(semaphore, 1)
+            os._exit(0)
+        os.waitpid(process, 0)
+        line = (f"held, and not given back; process {process} used it last and has ended: remove it with ipcrm -s "
+                f"{semaphore}")
+        self.assertEqual(self.doctor(4, f"bus lock: {line}")["bus lock"], ("bad", line))
+
     def test_a_bus_lock_that_nobody_shares(self):
         self.key = 0
         line = "the key is 0, and nothing is shared: copy the library, for another inode"

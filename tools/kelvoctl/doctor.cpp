@@ -19,9 +19,8 @@ const char* health_name(Health health) {
 
 Json doctor(Session& session) {
   Json rows = Json::array();
-  for (const std::vector<Finding>& findings :
-       {check_camera(), check_devices(), check_library(), check_bus_lock(session), check_images(),
-        check_records()}) {
+  for (const std::vector<Finding>& findings : {check_camera(), check_devices(), check_library(),
+                                               check_bus_lock(), check_images(), check_records()}) {
     for (const Finding& finding : findings) {
       rows.push_back({{"check", finding.what},
                       {"health", health_name(finding.health)},

@@ -14,6 +14,8 @@
 #include <string_view>
 
 #include "kelvo.h"
+#include "tools/kelvoctl/common/bus_lock.h"
+#include "tools/kelvoctl/common/signals.h"
 #include "tools/kelvoctl/records/record_file.h"
 #include "wire/paths.h"
 
@@ -81,8 +83,16 @@ bool is_placeholder(const NamedImage& image) {
   return std::string_view(reinterpret_cast<const char*>(image.bytes), image.size).starts_with(mark);
 }
 
+/// What frees it.
+std::string how_to_free(int set) {
+  const LockHolder holder = lock_holder(set);
+  const std::string process = "process " + std::to_string(holder.process);
+  if (!holder.has_ended) return process + " used it last: end it";
+  return process + " used it last and has ended: remove it with ipcrm -s " + std::to_string(set);
+}
+
 /// The member of the set, sampled until it is free.
-Finding check_semaphore(Session& session, int set) {
+Finding check_semaphore(int set) {
   int value = 0;
   for (int i = 0; i < lock_samples; ++i) {
     value = semctl(set, 0, GETVAL);
@@ -91,11 +101,9 @@ Finding check_semaphore(Session& session, int set) {
               ExitCode::link_failed};
     }
     if (value == 0) return {"bus lock", Health::good, "free"};
-    session.sleep(lock_pause);
+    if (wait_for_signal(lock_pause)) throw Interrupted("interrupted");
   }
-  return {"bus lock", Health::bad,
-          "held, and not given back; process " + std::to_string(semctl(set, 0, GETPID)) +
-              " used it last: end it",
+  return {"bus lock", Health::bad, "held, and not given back; " + how_to_free(set),
           ExitCode::link_failed};
 }
 
@@ -146,15 +154,15 @@ std::vector<Finding> check_library() {
   return {{"loaded library", Health::good, loaded}, check_installed(loaded)};
 }
 
-std::vector<Finding> check_bus_lock(Session& session) {
-  const key_t key = ftok(wire::lock_key_path, wire::lock_key_project);
+std::vector<Finding> check_bus_lock() {
+  const key_t key = bus_lock_key();
   if (key == IPC_PRIVATE) {
     return {{"bus lock", Health::bad,
              "the key is 0, and nothing is shared: copy the library, for another inode",
              ExitCode::link_failed}};
   }
-  const int set = semget(key, 0, 0);
-  if (set >= 0) return {check_semaphore(session, set)};
+  const int set = bus_lock_set(key);
+  if (set >= 0) return {check_semaphore(set)};
   if (errno == ENOENT) return {{"bus lock", Health::good, "free; nobody has used it yet"}};
   return {{"bus lock", Health::bad, std::string("cannot be used: ") + std::strerror(errno),
            ExitCode::link_failed}};

@@ -27,7 +27,7 @@ std::vector<Finding> check_devices();
 /// The library that is loaded, and the one that the bus lock's key is made from.
 std::vector<Finding> check_library();
 /// The semaphore of the bus lock.
-std::vector<Finding> check_bus_lock(Session& session);
+std::vector<Finding> check_bus_lock();
 /// Whether the lens modules' programs are real ones.
 std::vector<Finding> check_images();
 /// The calibration records that a boot reads.

@@ -10,6 +10,7 @@
 #include "tools/kelvoctl/common/hexadecimal.h"
 #include "tools/kelvoctl/common/numbers.h"
 #include "tools/kelvoctl/common/options.h"
+#include "wire/lens_program.h"
 
 namespace kelvo::ctl {
 namespace {
@@ -38,7 +39,7 @@ Frame frame_of(const FrameOptions& options) {
 Json send(Session& session, const FrameOptions& options) {
   session.attach_lens();
   const Frame frame = frame_of(options);
-  session.call([&] { return SendCommand(frame[0], frame[1], frame[2], frame[3], frame[4]); });
+  session.send([&] { return SendCommand(frame[0], frame[1], frame[2], frame[3], frame[4]); });
   session.check_lens_link();
   return {{"sent", hexadecimal_bytes(frame)}};
 }
@@ -75,6 +76,7 @@ Json printed_reply(const std::string& printed) {
 Json frame(Session& session, const FrameOptions& options) {
   session.attach_lens();
   const Frame bytes = frame_of(options);
+  if (bytes[0] < wire::first_query) session.await_bus_lock();
   session.call([&] { return CommTest(bytes.data(), static_cast<std::int32_t>(bytes.size())); });
   const Json reply = printed_reply(session.printed());
   session.check_lens_link();

@@ -1,6 +1,7 @@
 #include "tools/kelvoctl/common/child.h"
 
 #include <fcntl.h>
+#include <sys/timerfd.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "tools/kelvoctl/common/bus_lock.h"
 #include "tools/kelvoctl/common/signals.h"
 
 namespace kelvo::ctl {
@@ -70,11 +72,49 @@ void check_end(pid_t child) {
   throw Failure(ExitCode::link_failed, "ended half-way (" + how + "): boot the controller");
 }
 
+/// Ticks once a second by real time, whatever clock the camera has.
+class Ticks {
+ public:
+  Ticks() : timer_(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)) {
+    const itimerspec second{{1, 0}, {1, 0}};
+    timerfd_settime(timer_, 0, &second, nullptr);
+  }
+  ~Ticks() {
+    if (timer_ >= 0) close(timer_);
+  }
+  Ticks(const Ticks&) = delete;
+  Ticks& operator=(const Ticks&) = delete;
+
+  int descriptor() const { return timer_; }
+  /// Whether one has come since it was asked.
+  bool take() const {
+    std::uint64_t number = 0;
+    return ::read(timer_, &number, sizeof number) == sizeof number;
+  }
+
+ private:
+  int timer_;
+};
+
+/// What a child waits for in the library is said here, once it has been silent for so long.
+void show_waiting(const Session& session, int silent_ticks) {
+  constexpr int patient_ticks = 2;
+  if (silent_ticks < patient_ticks || !bus_lock_taken()) return;
+  session.progress("waiting for the bus lock: " + holder_text(bus_lock_set(bus_lock_key())));
+}
+
 /// Hands on what a child prints until it ends. Returns whether somebody wanted the command to end.
 bool follow(Session& session, int pipe, Lines& lines) {
+  const Ticks ticks;
+  int silent_ticks = 0;
   bool interrupted = false;
   while (true) {
-    if (wait_for_input(pipe)) {
+    if (wait_for_input(pipe, ticks.descriptor())) {
+      if (ticks.take()) {
+        show_waiting(session, ++silent_ticks);
+        continue;
+      }
+      silent_ticks = 0;
       if (!lines.read_some()) return interrupted;
     } else if (!interrupted) {
       interrupted = true;

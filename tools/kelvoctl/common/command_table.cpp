@@ -10,6 +10,7 @@
 #include "tools/common/output.h"
 #include "tools/common/tool_page.h"
 #include "tools/kelvoctl/common/commands.h"
+#include "tools/kelvoctl/common/numbers.h"
 
 namespace kelvo::ctl {
 namespace {
@@ -141,6 +142,9 @@ CommandTable::CommandTable(Place place)
                   "Show what the library prints, on standard error");
   root_->add_flag("-y,--yes", line_.modes.yes,
                   "Do not ask before flash is written, a controller reset or a file replaced");
+  add_duration(*root_, "--patience", line_.modes.patience,
+               "Wait so long for the bus lock that another process holds; without it " +
+                   duration_text(lock_patience));
   if (place == Place::arguments) add_process_options();
   add_commands(*this);
   if (place != Place::arguments) return;

@@ -61,6 +61,24 @@ CLI::Option* add_any_number(CLI::App& command, const std::string& name, Number& 
       ->type_name(type);
 }
 
+template <typename Time>
+CLI::Option* add_any_duration(CLI::App& command, const std::string& name, Time& time,
+                              const std::string& description) {
+  return command
+      .add_option_function<std::string>(
+          name,
+          [&time, name](const std::string& text) {
+            const std::optional<microseconds> parsed = parse_duration(text);
+            if (!parsed) {
+              throw CLI::ValidationError(
+                  name, "\"" + text + "\" is no time up to a day: write 2s, 250ms or 40us");
+            }
+            time = *parsed;
+          },
+          description)
+      ->type_name("TIME");
+}
+
 }  // namespace
 
 std::optional<std::int64_t> parse_number(std::string_view text) {
@@ -115,19 +133,12 @@ CLI::Option* add_number(CLI::App& command, const std::string& name,
 
 CLI::Option* add_duration(CLI::App& command, const std::string& name, microseconds& time,
                           const std::string& description) {
-  return command
-      .add_option_function<std::string>(
-          name,
-          [&time, name](const std::string& text) {
-            const std::optional<microseconds> parsed = parse_duration(text);
-            if (!parsed) {
-              throw CLI::ValidationError(
-                  name, "\"" + text + "\" is no time up to a day: write 2s, 250ms or 40us");
-            }
-            time = *parsed;
-          },
-          description)
-      ->type_name("TIME");
+  return add_any_duration(command, name, time, description);
+}
+
+CLI::Option* add_duration(CLI::App& command, const std::string& name,
+                          std::optional<microseconds>& time, const std::string& description) {
+  return add_any_duration(command, name, time, description);
 }
 
 }  // namespace kelvo::ctl

@@ -42,6 +42,9 @@ CLI::Option* add_number(CLI::App& command, const std::string& name,
                         const std::string& description, const std::string& type = "N");
 CLI::Option* add_duration(CLI::App& command, const std::string& name,
                           std::chrono::microseconds& time, const std::string& description);
+CLI::Option* add_duration(CLI::App& command, const std::string& name,
+                          std::optional<std::chrono::microseconds>& time,
+                          const std::string& description);
 
 }  // namespace kelvo::ctl
 

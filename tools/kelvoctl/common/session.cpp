@@ -102,6 +102,24 @@ void Session::keep(std::string text) {
   if (printed_.back() != '\n') std::fputc('\n', stderr);
 }
 
+void Session::begin_command() { patience_left_ = modes.patience.value_or(lock_patience); }
+
+void Session::await_bus_lock() {
+  const auto begun = std::chrono::steady_clock::now();
+  std::optional<Progress> line;
+  try {
+    wait_for_bus_lock(patience_left_, [&](const std::string& text) {
+      if (!line) line.emplace(*this);
+      line->show(text);
+    });
+  } catch (const Failure&) {
+    // What stops a motor, or puts things right, does not wait as long once more.
+    const auto waited = std::chrono::steady_clock::now() - begun;
+    patience_left_ -= std::min(patience_left_, std::chrono::duration_cast<microseconds>(waited));
+    throw;
+  }
+}
+
 void Session::sleep(microseconds time) const {
   constexpr microseconds longest = std::chrono::milliseconds(20);
   while (time.count() > 0) {

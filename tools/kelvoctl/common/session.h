@@ -5,6 +5,7 @@
 #ifndef KELVO_TOOLS_KELVOCTL_COMMON_SESSION_H
 #define KELVO_TOOLS_KELVOCTL_COMMON_SESSION_H
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <map>
@@ -14,6 +15,7 @@
 #include <utility>
 
 #include "tools/common/output.h"
+#include "tools/kelvoctl/common/bus_lock.h"
 #include "tools/kelvoctl/common/exit_code.h"
 #include "tools/kelvoctl/common/lens_names.h"
 #include "tools/kelvoctl/common/library_output.h"
@@ -31,8 +33,9 @@ inline constexpr int json_schema = 1;
 
 struct Modes {
   bool json = false;
-  bool verbose = false;  // the library's own lines on standard error
-  bool yes = false;      // questions are answered
+  bool verbose = false;                               // the library's own lines on standard error
+  bool yes = false;                                   // questions are answered
+  std::optional<std::chrono::microseconds> patience;  // with the bus lock
 };
 
 class Session {
@@ -69,6 +72,22 @@ class Session {
       return result;
     }
   }
+  /// The same for what takes the bus lock: commands of the lens controller, but no queries. While another
+  /// process has the lock nothing is called. Throws a Failure when that takes too long, or Interrupted.
+  template <typename Function>
+  auto send(Function&& function) {
+    // Who takes the lock behind this look is waited for in the library, as long as a transfer takes.
+    await_bus_lock();
+    return call(std::forward<Function>(function));
+  }
+  /// For what calls the library by itself, before it begins.
+  void await_bus_lock();
+  /// The command that begins waits for the bus lock so long at most, unless --patience is shorter.
+  void limit_patience(std::chrono::microseconds time) {
+    patience_left_ = std::min(patience_left_, time);
+  }
+  void begin_command();
+
   /// What the library printed in the last call.
   const std::string& printed() const { return printed_; }
   /// Takes what a library call in another process printed.
@@ -80,6 +99,8 @@ class Session {
   /// Something has been set in motion, and may be for longer than its command. `stop` ends that, if it still
   /// moves, and says so; otherwise nothing.
   void set_in_motion(const std::string& name, std::function<std::string()> stop);
+  /// What has just been stopped, or cannot be.
+  void forget_motion(const std::string& name) { in_motion_.erase(name); }
   /// Stops whatever still moves, after Ctrl-C, and says so.
   std::string stop_motion();
 
@@ -101,6 +122,7 @@ class Session {
   std::string printed_;
   bool lens_attached_ = false;
   int head_family_ = 0;
+  std::chrono::microseconds patience_left_ = lock_patience;  // of the command
   std::optional<Failure> complaint_;
   std::map<std::string, std::function<std::string()>> in_motion_;  // by name, how to stop it
 };

@@ -37,23 +37,31 @@ void hold_signals() {
   sigprocmask(SIG_BLOCK, &set, nullptr);
 }
 
-bool take_signal() {
-  const sigset_t set = set_of_ending();
-  const timespec no_time{};
-  return sigtimedwait(&set, nullptr, &no_time) > 0;
-}
+bool take_signal() { return wait_for_signal(std::chrono::microseconds(0)); }
 
 void end_if_interrupted() {
   if (take_signal()) throw Interrupted("interrupted");
 }
 
+bool wait_for_signal(std::chrono::microseconds time) {
+  const sigset_t set = set_of_ending();
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+  const timespec longest{seconds.count(), std::chrono::nanoseconds(time - seconds).count()};
+  return sigtimedwait(&set, nullptr, &longest) > 0;
+}
+
 bool wait_for_input(int descriptor) {
+  constexpr int none = -1;  // which poll passes over
+  return wait_for_input(descriptor, none);
+}
+
+bool wait_for_input(int descriptor, int other) {
   sigset_t let_in;
   sigprocmask(SIG_SETMASK, nullptr, &let_in);
   for (const int signal : ending) sigdelset(&let_in, signal);
-  pollfd waited{descriptor, POLLIN, 0};
+  std::array<pollfd, 2> waited{{{descriptor, POLLIN, 0}, {other, POLLIN, 0}}};
   came = 0;
-  while (ppoll(&waited, 1, nullptr, &let_in) < 0) {
+  while (ppoll(waited.data(), waited.size(), nullptr, &let_in) < 0) {
     if (errno != EINTR) throw Failure(ExitCode::wrong_arguments, std::strerror(errno));
     if (came != 0) return false;
   }

@@ -3,6 +3,7 @@
 #ifndef KELVO_TOOLS_KELVOCTL_COMMON_SIGNALS_H
 #define KELVO_TOOLS_KELVOCTL_COMMON_SIGNALS_H
 
+#include <chrono>
 #include <string>
 
 #include "tools/kelvoctl/common/exit_code.h"
@@ -24,9 +25,15 @@ bool take_signal();
 /// Throws Interrupted if one has been held back.
 void end_if_interrupted();
 
+/// Waits so long by real time, whatever clock the camera has, or until a signal comes: true. It is used up.
+bool wait_for_signal(std::chrono::microseconds time);
+
 /// Waits until a descriptor can be read or has ended: true. False: a signal came first, which is used
 /// up.
 bool wait_for_input(int descriptor);
+
+/// The same for whichever of two comes first; `other` stays as it is.
+bool wait_for_input(int descriptor, int other);
 
 /// The signal by which wait_for_input() ended last.
 int last_signal();

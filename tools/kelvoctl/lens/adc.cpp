@@ -18,7 +18,7 @@ struct ChannelOptions {
 Json convert(Session& session, const ChannelOptions& options) {
   use_lens(session);
   const auto channel = static_cast<std::uint32_t>(options.channel);
-  const std::uint32_t value = session.call([channel] { return getADC(channel); });
+  const std::uint32_t value = session.send([channel] { return getADC(channel); });
   session.check_lens_link();
   return {{"module", name_of(session.lens())}, {"channel", channel}, {"value", value}};
 }

@@ -86,6 +86,7 @@ Json boot(Session& session) {
   const LensModule module = session.lens();
   session.attach_lens();  // a boot without a device goes through all of its steps
   session.confirm("The boot resets the lens controller; whoever uses it is interrupted. Go on?");
+  session.await_bus_lock();
   BootProgress progress;
   const auto on_line = [&](const std::string& line) {
     progress.take(line);

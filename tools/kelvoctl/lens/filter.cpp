@@ -40,9 +40,9 @@ Json move(Session& session, const Side& side, const FilterOptions& options) {
   use_lens(session);
   const auto steps = static_cast<std::uint32_t>(options.steps.value_or(0));
   if (with_pt5111.on(module)) {
-    check_word(session, session.call([&] { return side.by_pt5111(steps); }));
+    check_word(session, session.send([&] { return side.by_pt5111(steps); }));
   } else {
-    session.call([&] { return side.any(0, steps); });
+    session.send([&] { return side.any(0, steps); });
     session.check_lens_link();
   }
   Json result{{"module", name_of(module)}, {"filter", side.name}};

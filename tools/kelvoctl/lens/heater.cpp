@@ -18,7 +18,7 @@ struct HeaterOptions {
 Json heat(Session& session, const HeaterOptions& options) {
   use_lens(session);
   const auto level = static_cast<std::uint32_t>(options.level);
-  session.call([level] { return setHeater(level); });
+  session.send([level] { return setHeater(level); });
   session.check_lens_link();
   return {{"module", name_of(session.lens())}, {"level", level}};
 }

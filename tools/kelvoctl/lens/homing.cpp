@@ -45,7 +45,13 @@ class Homing {
             static_cast<std::uint32_t>(options.sensor.value_or(motor.sensor.on(session.lens())))) {
     supply(1);
   }
-  ~Homing() { supply(0); }
+  ~Homing() {
+    try {
+      supply(0);
+    } catch (const Failure&) {
+      // The bus lock: the command ends by it already.
+    }
+  }
   Homing(const Homing&) = delete;
   Homing& operator=(const Homing&) = delete;
 
@@ -66,14 +72,14 @@ class Homing {
 
  private:
   void supply(std::int32_t on) {
-    session_.call([on] { return SetPIPower(on); });
+    session_.send([on] { return SetPIPower(on); });
     if (motor_.interrupter_at_pt5111.on(session_.lens())) {
-      session_.call([on] { return PT5111PI1(on); });
+      session_.send([on] { return PT5111PI1(on); });
     }
   }
 
   bool interrupted() {
-    const std::uint32_t state = session_.call([this] { return getPI(sensor_); });
+    const std::uint32_t state = session_.send([this] { return getPI(sensor_); });
     session_.check_lens_link();
     return state == 1;
   }
@@ -115,11 +121,13 @@ Json home(Session& session, const Motor& motor, const HomeOptions& options) {
   const bool sets = motor.presets.on(session.lens()) != Preset::none;
   if (options.sensor) check_sensor(session.lens(), *options.sensor);
   if (options.at) refuse_unless_settable(session, motor, at);
+  session.limit_patience(options.timeout);
   use_lens(session);
   Json result = motor_json(session, motor);
   Homing homing(session, motor, options);
   result["sensor"] = homing.sensor();
   result["count_before"] = count_json(session, motor);
+  session.set_in_motion(motor.name, [&session, &motor] { return stop_if_running(session, motor); });
   const microseconds time = homing.run();
   result["count_at_home"] = count_json(session, motor);
   if (sets) set_count(session, motor, at);

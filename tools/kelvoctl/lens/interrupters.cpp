@@ -48,7 +48,7 @@ Json motor_at(LensModule module, std::int64_t sensor) {
 
 Json state(Session& session, std::int64_t sensor) {
   const auto number = static_cast<std::uint32_t>(sensor);
-  const std::uint32_t value = session.call([number] { return getPI(number); });
+  const std::uint32_t value = session.send([number] { return getPI(number); });
   session.check_lens_link();
   return {
       {"sensor", sensor}, {"motor", motor_at(session.lens(), sensor)}, {"interrupted", value == 1}};
@@ -69,9 +69,9 @@ Json supply(Session& session, const Switch& to, const SupplyOptions& options) {
   use_lens(session);
   const std::int32_t on = to.value;
   if (options.pt5111) {
-    check_word(session, session.call([on] { return PT5111PI1(on); }));
+    check_word(session, session.send([on] { return PT5111PI1(on); }));
   } else {
-    session.call([on] { return SetPIPower(on); });
+    session.send([on] { return SetPIPower(on); });
     session.check_lens_link();
   }
   return {{"module", name_of(module)},
@@ -86,7 +86,7 @@ Json calibrate(Session& session, const SensorOptions& options) {
                 "calibrates the photo-interrupters 0 to " + std::to_string(count - 1) + " only");
   use_lens(session);
   const auto which = static_cast<std::int32_t>(options.sensor.value_or(all));
-  session.call([which] { return setPICalibraition(which); });
+  session.send([which] { return setPICalibraition(which); });
   session.check_lens_link();
   return {{"module", name_of(module)},
           {"sensor", options.sensor ? Json(which) : Json("all")},
@@ -98,7 +98,7 @@ Json verify(Session& session, const Switch& to) {
   refuse_unless(to.value != 0 || verification_off.on(module), module,
                 "cannot switch the verification off again");
   use_lens(session);
-  session.call([&to] { return FocusPIVerification(to.value); });
+  session.send([&to] { return FocusPIVerification(to.value); });
   session.check_lens_link();
   return {{"module", name_of(module)}, {"verification", to.name}};
 }

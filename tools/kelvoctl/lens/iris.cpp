@@ -29,14 +29,14 @@ Json step(Session& session, const char* what, std::int64_t (*move)(std::uint32_t
   refuse_unless(stepped_iris.on(module), module, "has no stepped iris: see iris set");
   use_lens(session);
   const auto steps = static_cast<std::uint32_t>(options.steps);
-  check_word(session, session.call([&] { return move(steps); }));
+  check_word(session, session.send([&] { return move(steps); }));
   return {{"module", name_of(module)}, {"iris", what}, {"steps", steps}};
 }
 
 Json set(Session& session, const LevelOptions& options) {
   use_lens(session);
   const auto level = static_cast<std::uint32_t>(options.level);
-  session.call([level] { return setDCIrisABS(level); });
+  session.send([level] { return setDCIrisABS(level); });
   session.check_lens_link();
   return {{"module", name_of(session.lens())}, {"level", level}};
 }
@@ -45,7 +45,7 @@ Json stop_motors(Session& session) {
   const LensModule module = session.lens();
   refuse_unless(stepped_iris.on(module), module, "has no stepped iris");
   use_lens(session);
-  check_word(session, session.call(stop));
+  check_word(session, session.send(stop));
   return {{"module", name_of(module)}, {"iris", "stopped"}, {"power", "off"}};
 }
 

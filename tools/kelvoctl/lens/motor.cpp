@@ -12,7 +12,7 @@ namespace {
 constexpr std::chrono::milliseconds motor_poll_pause{10};
 
 void send_count(Session& session, const Motor& motor, std::uint32_t count) {
-  check_sent(session, session.call([&] { return motor.preset(count); }));
+  check_sent(session, session.send([&] { return motor.preset(count); }));
 }
 
 void show(Session& session, const Motor& motor) {
@@ -60,7 +60,7 @@ void set_count(Session& session, const Motor& motor, std::uint32_t count) {
 }
 
 void start(Session& session, const MoveWay& way, std::uint8_t speed, std::uint32_t steps) {
-  check_sent(session, session.call([&] { return way.start(speed, steps); }));
+  check_sent(session, session.send([&] { return way.start(speed, steps); }));
 }
 
 bool is_running(Session& session, const Motor& motor) {
@@ -70,10 +70,15 @@ bool is_running(Session& session, const Motor& motor) {
 }
 
 std::string power_off(Session& session, const Motor& motor) {
-  const std::uint32_t status = session.call(motor.power_off);
-  const bool sent = status == 0 && session.call([] { return GetLensType(); }) >= 0;
-  return std::string(motor.name) +
-         (sent ? " is stopped, and its power is off" : " may still move: nothing reaches it");
+  session.forget_motion(motor.name);
+  try {
+    const std::uint32_t status = session.send(motor.power_off);
+    const bool sent = status == 0 && session.call([] { return GetLensType(); }) >= 0;
+    return std::string(motor.name) +
+           (sent ? " is stopped, and its power is off" : " may still move: nothing reaches it");
+  } catch (const Failure& failure) {
+    return std::string(motor.name) + " may still move: " + failure.what();
+  }
 }
 
 std::string stop_if_running(Session& session, const Motor& motor) {

@@ -65,6 +65,7 @@ const MoveWay& way_of(const Session& session, const Motor& motor, const MoveOpti
 
 Json move(Session& session, const Motor& motor, const MoveOptions& options) {
   const MoveWay& way = way_of(session, motor, options);
+  if (options.wait) session.limit_patience(options.timeout);
   use_lens(session);
   Json result = motor_json(session, motor);
   result["steps"] = options.steps;
@@ -102,7 +103,7 @@ Json count(Session& session, const Motor& motor, const CountOptions& options) {
 Json off(Session& session, const Motor& motor) {
   refuse_unless_fitted(session, motor);
   use_lens(session);
-  check_sent(session, session.call(motor.power_off));
+  check_sent(session, session.send(motor.power_off));
   Json result = motor_json(session, motor);
   result["power"] = "off";
   return result;

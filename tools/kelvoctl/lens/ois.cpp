@@ -57,7 +57,7 @@ using Set = std::int32_t (*)(std::uint32_t value);
 void set(Session& session, Set setter, const std::optional<std::int64_t>& value) {
   if (!value) return;
   const auto number = static_cast<std::uint32_t>(*value);
-  session.call([&] { return setter(number); });
+  session.send([&] { return setter(number); });
   session.check_lens_link();
 }
 
@@ -85,7 +85,7 @@ std::uint32_t gyro_values(std::uint32_t* x, std::uint32_t* y) {
 
 Json switch_on(Session& session, const OnOptions& options) {
   use_lens(session);
-  session.call([] { return OIS_En(1); });
+  session.send([] { return OIS_En(1); });
   session.check_lens_link();
   set(session, Set_XY_Definition, options.range);  // behind, because that has made it 1
   Json result = module_json(session);
@@ -96,7 +96,7 @@ Json switch_on(Session& session, const OnOptions& options) {
 
 Json switch_off(Session& session) {
   use_lens(session);
-  session.call([] { return OIS_En(0); });
+  session.send([] { return OIS_En(0); });
   session.check_lens_link();
   Json result = module_json(session);
   result["stabiliser"] = "off";

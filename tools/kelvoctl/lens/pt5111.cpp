@@ -24,7 +24,7 @@ Json done(Session& session, const char* what, std::int64_t (*operation)()) {
   const LensModule module = session.lens();
   refuse_unless(with_pt5111.on(module), module, "has no PT5111");
   use_lens(session);
-  check_word(session, session.call(operation));
+  check_word(session, session.send(operation));
   return {{"module", name_of(module)}, {"pt5111", what}};
 }
 
@@ -33,7 +33,7 @@ Json send(Session& session, const WordOptions& options) {
   refuse_unless(with_pt5111.on(module), module, "has no PT5111");
   use_lens(session);
   const auto word = static_cast<std::int32_t>(options.word);
-  check_word(session, session.call([word] { return SendPT5111CMD(word); }));
+  check_word(session, session.send([word] { return SendPT5111CMD(word); }));
   return {{"module", name_of(module)},
           {"word", hexadecimal(static_cast<std::uint32_t>(word), 4)},
           {"register", word >> 10},

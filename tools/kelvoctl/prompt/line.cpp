@@ -16,6 +16,7 @@ class LineModes {
     session.modes.json |= modes.json;
     session.modes.verbose |= modes.verbose;
     session.modes.yes |= modes.yes;
+    if (modes.patience) session.modes.patience = modes.patience;
   }
   ~LineModes() { session_.modes = before_; }
   LineModes(const LineModes&) = delete;
@@ -31,6 +32,7 @@ class LineModes {
 void perform(Session& session, const Line& line) {
   if (!line.action) return;
   const LineModes modes(session, line.modes);
+  session.begin_command();
   try {
     const Json result = line.action(session);
     if (!result.is_null()) {

@@ -192,6 +192,8 @@ Json calibrate(Session& session, const RecordKind& kind, const CheckOptions& opt
   session.attach_lens();
   session.confirm("The check boots the controller twice and replaces the unit's " +
                   std::string(kind.name) + " record. Go on?");
+  session.limit_patience(options.timeout);
+  session.await_bus_lock();
   CheckProgress progress(session, kind, options.timeout);
   const Outcome<Checked> outcome = check_in_child(session, kind, progress);
   session.detach();
