@@ -165,14 +165,18 @@ class Attach(kelvoctl_tool.KelvoctlTest):
         self.check_fails(4, "attach: /dev/spi_renesas: a transfer failed: see whether the controller has power, and "
                             "boot it", "attach", settings="")
 
+    def check_fails_for_the_head(self, code, line):
+        """The lens can be used."""
+        self.check(self.ctl("attach", settings=""), code, "module   df033\nversion  0x0208\nhead     -\n",
+                   f"kelvoctl: attach: /dev/i2c-2: {line}\n")
+
     def test_a_head_that_is_silent(self):
         self.boot(settings="clock=sleep fault=i2c:error=EIO")
-        self.check_fails(4, "attach: /dev/i2c-2: the pan controller does not answer: see whether it has power",
-                         "attach", settings="")
+        self.check_fails_for_the_head(4, "the pan controller does not answer: see whether it has power")
 
     def test_no_head(self):
         self.boot(settings="clock=sleep fault=i2c:frame=open:nth=2:missing")
-        self.check_fails(3, "attach: /dev/i2c-2: No such file or directory: see kelvoctl doctor", "attach", settings="")
+        self.check_fails_for_the_head(3, "No such file or directory: see kelvoctl doctor")
 
     def test_no_device(self):
         result = kelvoctl_tool.call("--lens", "t5391", "attach")

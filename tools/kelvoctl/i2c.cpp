@@ -114,7 +114,7 @@ std::int32_t read_bytes(std::uint16_t slave, const ReadOptions& options, const B
 Json read_registers(Session& session, const ReadOptions& options) {
   const std::uint16_t slave = slave_of(options.slave);
   const Bytes more = packed(options.more, 1);
-  session.attach_head();
+  session.find_head();
   Bytes bytes(static_cast<std::size_t>(options.length));
   check_result(session.call([&] { return read_bytes(slave, options, more, bytes); }), slave);
   std::uint32_t value = 0;
@@ -126,9 +126,11 @@ Json read_registers(Session& session, const ReadOptions& options) {
           {"value", is_number ? Json(value) : Json()}};
 }
 
-void ask_before(const Session& session, const HeadAxis& axis, int family, std::int64_t number) {
+/// Of a family that is not known each of the two asks.
+void ask_before(const Session& session, const HeadAxis& axis, std::optional<int> family,
+                std::int64_t number) {
   for (const Caution& caution : cautions) {
-    if (caution.family != family || caution.number != number) continue;
+    if (caution.family != family.value_or(caution.family) || caution.number != number) continue;
     session.confirm("Register " + std::to_string(number) + " of " + axis.name + " " +
                     caution.effect + ". Go on?");
   }
@@ -137,7 +139,7 @@ void ask_before(const Session& session, const HeadAxis& axis, int family, std::i
 Json write(Session& session, const WriteOptions& options) {
   const std::uint16_t slave = slave_of(options.slave);
   const Bytes bytes = packed(options.values, options.width);
-  const int family = session.attach_head();
+  const std::optional<int> family = session.find_head();
   const HeadAxis* const axis = axis_of(slave);
   if (axis != nullptr) ask_before(session, *axis, family, options.number);
   check_result(session.call([&] {

@@ -62,6 +62,13 @@ void Session::attach_lens() {
 }
 
 int Session::attach_head() {
+  if (const std::optional<int> family = find_head()) return *family;
+  throw Failure(ExitCode::link_failed, std::string(wire::pan_tilt_device) +
+                                           ": the pan controller does not answer: see whether "
+                                           "it has power");
+}
+
+std::optional<int> Session::find_head() {
   if (head_family_ != 0) return head_family_;
   check_device(wire::pan_tilt_device);
   call([] {
@@ -73,12 +80,8 @@ int Session::attach_head() {
   const int silent = call([&] {
     return ReadI2C(wire::pan_slave, wire::vetra::family, signature.data(), signature.size());
   });
-  if (silent != 0) {
-    throw Failure(ExitCode::link_failed, std::string(wire::pan_tilt_device) +
-                                             ": the pan controller does not answer: see whether "
-                                             "it has power");
-  }
   usleep(family_pause);
+  if (silent != 0) return {};
   head_family_ = call([] { return GetMotorType(); });
   return head_family_;
 }

@@ -50,8 +50,11 @@ class Session {
   /// Makes the lens controller usable for commands and queries, once: the device is open, the library
   /// knows the module. The controller is not changed. Throws a Failure without a device.
   void attach_lens();
-  /// Makes the head usable, once: the device is open, the family is known (1 Vetra, 2 Tasmere).
+  /// Makes the head usable, once: the device is open, the family is known (1 Vetra, 2 Tasmere). Throws a
+  /// Failure while the pan controller is silent.
   int attach_head();
+  /// The same, but a silent pan controller is nothing: what needs no family can be done then.
+  std::optional<int> find_head();
   /// For what has reset the lens controller or closed a device: the next command attaches anew.
   void detach();
 

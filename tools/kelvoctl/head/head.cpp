@@ -6,36 +6,51 @@
 #include "tools/kelvoctl/common/lens_names.h"
 #include "tools/kelvoctl/head/head_axis.h"
 #include "tools/kelvoctl/head/head_status.h"
+#include "wire/paths.h"
 
 namespace kelvo::ctl {
 namespace {
 
-Json controller_json(Session& session, const HeadAxis& axis, int family) {
+using Family = std::optional<int>;  // nothing while pan, which alone tells it, does not answer
+
+Json head_json(Family family) { return family ? Json(head_name(*family)) : Json(); }
+
+/// The command goes on with the other controller, and fails in the end.
+bool answers_or_complain(Session& session, const HeadAxis& axis, Family family) {
+  if ((family || axis.tilts) && answers(session, axis, family)) return true;
+  session.complain(ExitCode::link_failed,
+                   std::string(wire::pan_tilt_device) + ": the " + axis.name +
+                       " controller does not answer: see whether it has power");
+  return false;
+}
+
+Json controller_json(Session& session, const HeadAxis& axis, Family family) {
   Json controller{{"axis", axis.name}, {"slave", axis.slave}};
-  controller["answers"] = answers(session, axis, family);
-  if (!controller["answers"]) return controller;
-  controller.update(condition_json(session, axis, family));
+  controller["answers"] = answers_or_complain(session, axis, family);
+  if (!controller["answers"] || !family) return controller;
+  controller.update(condition_json(session, axis, *family));
   return controller;
 }
 
 Json detect(Session& session) {
-  const int family = session.attach_head();
+  const Family family = session.find_head();
   Json controllers = Json::array();
   for (const HeadAxis& axis : head_axes) {
     controllers.push_back(controller_json(session, axis, family));
-    if (controllers.back()["answers"]) continue;
-    session.complain(ExitCode::link_failed,
-                     std::string("the ") + axis.name + " controller does not answer");
   }
-  return {{"head", head_name(family)}, {"controllers", controllers}};
+  return {{"head", head_json(family)}, {"controllers", controllers}};
+}
+
+Json version_of(Session& session, const HeadAxis& axis, Family family) {
+  if (!answers_or_complain(session, axis, family) || !family) return {};
+  return version_json(session, axis, *family);
 }
 
 Json version(Session& session) {
-  Json result{{"head", nullptr}};
+  const Family family = session.find_head();
+  Json result{{"head", head_json(family)}};
   for (const HeadAxis& axis : head_axes) {
-    const int family = attach_axis(session, axis);
-    result["head"] = head_name(family);
-    result[axis.name] = version_json(session, axis, family);
+    result[axis.name] = version_of(session, axis, family);
   }
   return result;
 }

@@ -16,6 +16,21 @@ namespace {
 
 constexpr std::size_t written_words = 7;
 
+/// A register that tells whether somebody is there.
+struct Probe {
+  std::uint8_t number;
+  std::int32_t length;
+};
+constexpr Probe vetra_probe{wire::vetra::position, 2};
+constexpr Probe tasmere_probe{wire::tasmere::position, 2};
+constexpr Probe common_probe{wire::vetra::version, 1};  // both families can read this number
+static_assert(wire::vetra::version == wire::tasmere::sleep_mode);
+
+const Probe& probe_of(std::optional<int> family) {
+  if (!family) return common_probe;
+  return *family == vetra ? vetra_probe : tasmere_probe;
+}
+
 }  // namespace
 
 const std::array<HeadAxis, 2> head_axes{
@@ -81,17 +96,22 @@ const std::array<HeadAxis, 2> head_axes{
 };
 
 int attach_axis(Session& session, const HeadAxis& axis) {
-  const int family = session.attach_head();
-  check_answers(session, axis, family);
-  return family;
+  const std::optional<int> family = session.find_head();
+  if (!family) {
+    throw Failure(ExitCode::link_failed,
+                  std::string(wire::pan_tilt_device) + ": the pan controller does not answer" +
+                      (axis.tilts ? ", and tells the family before tilt can be used" : "") +
+                      ": see whether it has power");
+  }
+  check_answers(session, axis, *family);
+  return *family;
 }
 
-bool answers(Session& session, const HeadAxis& axis, int family) {
-  const std::uint8_t number = family == vetra ? wire::vetra::position : wire::tasmere::position;
+bool answers(Session& session, const HeadAxis& axis, std::optional<int> family) {
+  const Probe& probe = probe_of(family);
   std::array<std::uint8_t, 2> bytes{};
-  return session.call([&] {
-    return ReadI2C(axis.slave, number, bytes.data(), static_cast<std::int32_t>(bytes.size()));
-  }) == 0;
+  return session.call(
+             [&] { return ReadI2C(axis.slave, probe.number, bytes.data(), probe.length); }) == 0;
 }
 
 void check_answers(Session& session, const HeadAxis& axis, int family) {

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "tools/kelvoctl/common/session.h"
@@ -59,8 +60,8 @@ extern const std::array<HeadAxis, 2> head_axes;
 /// Makes the head usable and tells its family. Throws a Failure if this axis does not answer.
 int attach_axis(Session& session, const HeadAxis& axis);
 
-/// Whether its controller answers.
-bool answers(Session& session, const HeadAxis& axis, int family);
+/// Whether its controller answers, of whatever family it is.
+bool answers(Session& session, const HeadAxis& axis, std::optional<int> family);
 /// Throws a Failure if it does not: most of the library's functions do not tell.
 void check_answers(Session& session, const HeadAxis& axis, int family);
 

@@ -9,18 +9,27 @@
 namespace kelvo::ctl {
 namespace {
 
+/// The lens can be used without it.
+Json head_or_complain(Session& session) {
+  try {
+    return head_name(session.attach_head());
+  } catch (const Failure& failure) {
+    session.complain(static_cast<ExitCode>(failure.code()), failure.what());
+    return {};
+  }
+}
+
 Json attach(Session& session) {
   session.attach_lens();
   std::uint32_t version = 0;
   session.call([&version] { return getVersion(&version); });
   session.check_lens_link();
-  const int family = session.attach_head();
   if (version == 0) {
     session.complain(ExitCode::link_failed, "no program answers: boot the controller");
   }
   return {{"module", name_of(session.lens())},
           {"version", hexadecimal(version, 4)},
-          {"head", head_name(family)}};
+          {"head", head_or_complain(session)}};
 }
 
 }  // namespace
