@@ -120,6 +120,7 @@ class Typed(kelvoctl_tool.KelvoctlTest):
         terminal = self.start()
         terminal.type("\x04")
         self.assertEqual(terminal.wait(), 0)
+        self.assertRegex(terminal.seen, r"kelvoctl> [^\n]*\r\n$")  # what comes next has a line of its own
 
     def test_control_c_throws_the_line_away(self):
         terminal = self.start()

@@ -31,6 +31,7 @@ class PlainReader : public LineReader {
  private:
   bool read_some() {
     if (!wait_for_input(STDIN_FILENO)) {
+      leave_line();
       waiting_.clear();
       throw Interrupted("interrupted");
     }
@@ -43,8 +44,14 @@ class PlainReader : public LineReader {
 
   /// A last line may lack its end.
   std::optional<std::string> rest() {
-    if (waiting_.empty()) return {};
-    return std::exchange(waiting_, "");
+    if (!waiting_.empty()) return std::exchange(waiting_, "");
+    leave_line();
+    return {};
+  }
+
+  /// Whatever comes next does not stand behind the prompt.
+  void leave_line() const {
+    if (prompt_) std::fputc('\n', stderr);
   }
 
   bool prompt_;
