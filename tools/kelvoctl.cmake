@@ -12,6 +12,7 @@ kelvo_by_itself(
 
 # The camera at a prompt. It runs on the camera too, where nothing of C++ is installed.
 add_executable(kelvoctl
+  kelvoctl/boot.cpp
   kelvoctl/commands.cpp
   kelvoctl/doctor.cpp
   kelvoctl/doctor_checks.cpp
@@ -47,7 +48,6 @@ add_executable(kelvoctl
   kelvoctl/head/tuning_file.cpp
   kelvoctl/lens/adc.cpp
   kelvoctl/lens/attach.cpp
-  kelvoctl/lens/boot.cpp
   kelvoctl/lens/boot_progress.cpp
   kelvoctl/lens/filter.cpp
   kelvoctl/lens/heater.cpp

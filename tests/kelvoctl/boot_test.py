@@ -54,6 +54,33 @@ class Boot(kelvoctl_tool.KelvoctlTest):
         self.check(result, 6, None, "kelvoctl: boot: a download failed its checksum: the last of all attempts was "
                                     "confirmed and runs, but see to the wires\n")
 
+    def test_no_download_gets_through_undamaged(self):
+        output = self.check_fails_after_all(
+            6, "a download failed its checksum: the program does not run; see that the images fit",
+            "spi:frame=payload:every=1:flip=9.1")
+        self.assertIn("attempts  10\n", output)
+
+    def test_a_damaged_record(self):
+        for lens, name, kind, size in (("df033", "DC_S_Cali", "iris", 24), ("de015", "OIS_S_Cali", "stabiliser", 60),
+                                       ("t5391", "DC_S_Cali_T5391", "iris", 24)):
+            self.remove_camera()
+            place = self.folder / f"bin/{name}.dat"
+            place.parent.mkdir(exist_ok=True)
+            place.write_bytes(bytes(10))
+            result = self.ctl("boot", "-y", lens=lens, settings=f"clock=sleep files={self.folder}")
+            self.check(result, 6, None, f"kelvoctl: boot: /bin/{name}.dat: no {kind} record: it has 10 bytes and must "
+                                        f"have {size}: the unit runs without its calibration\n")
+            self.assertIn("result    0\n", result.stdout)
+            place.unlink()
+
+    def test_a_record_that_cannot_be_read(self):
+        place = self.folder / "bin/DC_S_Cali.dat"
+        place.parent.mkdir()
+        place.write_bytes(bytes(24))
+        result = self.ctl("boot", "-y", settings=f"clock=sleep files={self.folder} fault=file:unreadable")
+        self.check(result, 2, None, "kelvoctl: boot: /bin/DC_S_Cali.dat: Permission denied: the unit runs without its "
+                                    "calibration\n")
+
     def check_fails_after_all(self, code, line, fault):
         """The result comes first, if there is one."""
         result = self.ctl("boot", "-y", settings=f"clock=sleep fault={fault}")

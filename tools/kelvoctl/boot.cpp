@@ -9,6 +9,7 @@
 #include "tools/kelvoctl/common/lens_names.h"
 #include "tools/kelvoctl/common/signals.h"
 #include "tools/kelvoctl/lens/boot_progress.h"
+#include "tools/kelvoctl/records/record_file.h"
 #include "wire/paths.h"
 
 namespace kelvo::ctl {
@@ -82,6 +83,19 @@ void complain(Session& session, const Booted& booted, const BootProgress& progre
   }
 }
 
+/// What the boot loads as it is, and without a word.
+void complain_of_record(Session& session, LensModule module) {
+  try {
+    const RecordKind& kind = kind_of(module);
+    if (!stored_record(kind, kind.read_at_boot()) && module == LensModule::t5391) {
+      stored_record(kind, wire::iris_default_record);
+    }
+  } catch (const Failure& failure) {
+    session.complain(static_cast<ExitCode>(failure.code()),
+                     failure.what() + std::string(": the unit runs without its calibration"));
+  }
+}
+
 Json boot(Session& session) {
   const LensModule module = session.lens();
   session.attach_lens();  // a boot without a device goes through all of its steps
@@ -97,6 +111,7 @@ Json boot(Session& session) {
   session.detach();
   const Booted& booted = outcome.result;
   complain(session, booted, progress);
+  complain_of_record(session, module);
   if (outcome.interrupted) throw Interrupted("interrupted: the boot was carried through");
   session.attach_lens();
   return {{"module", name_of(module)},
