@@ -112,6 +112,15 @@ class HeadMoves(HeadTest):
             self.assertFalse(self.result("pan", "position")["at_rest"])
             self.assertTrue(self.result("pan", "stop")["at_rest"])
 
+    def test_an_axis_that_does_not_come_to_rest(self):
+        for _ in self.heads():
+            settings = "clock=sleep fault=i2c:slave=pan:busy"
+            for command in (["stop"], ["move", "720", "--pid", TABLE, "--for", "1s"]):
+                result = self.ctl("pan", *command, settings=settings)
+                self.check(result, 5, None, f"kelvoctl: pan {command[0]}: the axis was told to stop, and still moves "
+                                            "after 5s\n")
+                self.assertIn("at rest   no\n".replace("   ", " " * (4 if "move" in command else 3)), result.stdout)
+
     def test_a_target_beyond_the_limits(self):
         for _ in self.heads():
             result = self.ctl("--json", "pan", "goto", 60000, "--pid", TABLE, "--limits", "20000:50000", "--speed",
@@ -218,6 +227,14 @@ class HeadMoves(HeadTest):
 
 
 class Interrupted(HeadTest):
+    def test_ctrl_c_on_an_axis_that_does_not_come_to_rest(self):
+        terminal = self.terminal("pan", "goto", "60000", "--pid", TABLE, "--wait",
+                                 settings="clock=real fault=i2c:slave=pan:busy")
+        terminal.expect(r"pan: \d+")
+        terminal.interrupt()
+        terminal.expect(r"pan goto: interrupted: the axis was told to stop, and still moves at \d+\r\n")
+        self.assertEqual(terminal.wait(), 130)
+
     def test_ctrl_c_stops_the_axis_and_says_so(self):
         for _ in self.heads():
             for arguments in (["goto", "60000", "--speed", "100", "--wait"], ["move", "100", "--for", "1000s"]):

@@ -24,7 +24,7 @@ LibraryOutput::LibraryOutput()
       own_errors_(kept(STDERR_FILENO)) {
   // Before anything is printed, because it has no full effect later. A child's lines shall show at once.
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
-  if (file_ < 0) {
+  if (file_ < 0 || own_output_ < 0 || own_errors_ < 0) {
     throw Failure(ExitCode::no_output, "the library's output cannot be kept apart: " +
                                            std::string(std::strerror(errno)));
   }

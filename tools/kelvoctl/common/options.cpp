@@ -1,7 +1,6 @@
 #include "tools/kelvoctl/common/options.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 
 namespace kelvo::ctl {
 
@@ -13,23 +12,6 @@ CLI::Option* add_flag(CLI::App& command, const std::string& name, bool& flag,
 CLI::Option* add_text(CLI::App& command, const std::string& name, std::string& text,
                       const std::string& description, const std::string& type) {
   return command.add_option(name, text, description)->type_name(type);
-}
-
-CLI::Option* add_choice(CLI::App& command, const std::string& name, std::string& chosen,
-                        const std::vector<std::string>& words, const std::string& description) {
-  std::string all;
-  for (const std::string& word : words) all += (all.empty() ? "" : "|") + word;
-  return command
-      .add_option_function<std::string>(
-          name,
-          [&chosen, name, words, all](const std::string& word) {
-            if (std::ranges::find(words, word) == words.end()) {
-              throw CLI::ValidationError(name, "\"" + word + "\" is none of " + all);
-            }
-            chosen = word;
-          },
-          description)
-      ->type_name(all);
 }
 
 CLI::Option* add_list(CLI::App& command, const std::string& name, std::vector<std::string>& list,

@@ -15,10 +15,6 @@ CLI::Option* add_flag(CLI::App& command, const std::string& name, bool& flag,
 /// A name of FILE, or a type of FILE for an option, is completed with the names of files.
 CLI::Option* add_text(CLI::App& command, const std::string& name, std::string& text,
                       const std::string& description, const std::string& type = "");
-/// One of some words.
-CLI::Option* add_choice(CLI::App& command, const std::string& name, std::string& chosen,
-                        const std::vector<std::string>& words, const std::string& description);
-
 /// As many as are given: an argument takes the rest of the line, an option one each time that it is given.
 CLI::Option* add_list(CLI::App& command, const std::string& name, std::vector<std::string>& list,
                       const std::string& description, const std::string& type = "");

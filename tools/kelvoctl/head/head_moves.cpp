@@ -82,21 +82,36 @@ std::int64_t straight_direction(Session& session, const HeadAxis& axis, int fami
   return down != turned ? 1 : 0;
 }
 
-/// Stops an axis, and waits while it slows down.
-void halt(Session& session, const HeadAxis& axis, int family) {
-  constexpr std::chrono::microseconds longest = std::chrono::seconds(5);
+constexpr std::chrono::microseconds longest_halt = std::chrono::seconds(5);
+
+/// Stops an axis, and waits while it slows down. Whether it has come to rest.
+bool halt(Session& session, const HeadAxis& axis, int family) {
+  session.forget_motion(axis.name);
   session.call(axis.stop);
   check_answers(session, axis, family);
-  std::chrono::microseconds waited{};
-  while (!is_at_rest(session, axis) && waited < longest) {
+  for (std::chrono::microseconds waited{}; waited < longest_halt; waited += axis_poll_pause) {
+    if (is_at_rest(session, axis)) return true;
     session.sleep(axis_poll_pause);
-    waited += axis_poll_pause;
   }
+  return is_at_rest(session, axis);
 }
 
+/// The command has its result all the same.
+void halt_or_complain(Session& session, const HeadAxis& axis, int family) {
+  if (halt(session, axis, family)) return;
+  session.complain(ExitCode::time_out, "the axis was told to stop, and still moves after " +
+                                           duration_text(longest_halt));
+}
+
+/// After Ctrl-C: what became of it, whatever that is.
 std::string stop_axis(Session& session, const HeadAxis& axis) {
-  halt(session, axis, session.attach_head());
-  return "the axis was stopped at " + std::to_string(position_of(session, axis));
+  try {
+    const bool rests = halt(session, axis, session.attach_head());
+    return (rests ? "the axis was stopped at " : "the axis was told to stop, and still moves at ") +
+           std::to_string(position_of(session, axis));
+  } catch (const Failure& failure) {
+    return std::string("the axis may still move: ") + failure.what();
+  }
 }
 
 /// A read that fails reads as rest.
@@ -127,11 +142,13 @@ void wait_for_rest(Session& session, const HeadAxis& axis, int family,
 void set_in_motion(Session& session, const HeadAxis& axis) {
   session.set_in_motion(axis.name, [&session, &axis]() -> std::string {
     try {
-      if (is_surely_at_rest(session, axis)) return "";
-      return std::string(axis.name) + ": " + stop_axis(session, axis);
-    } catch (const Failure& failure) {
-      return axis.name + std::string(" may still move: ") + failure.what();
+      // One that does not answer reads as one at rest.
+      if (answers(session, axis, session.find_head()) && is_surely_at_rest(session, axis))
+        return "";
+    } catch (const Failure&) {
+      // Why it cannot be reached, stopping it will tell.
     }
+    return std::string(axis.name) + ": " + stop_axis(session, axis);
   });
 }
 
@@ -179,7 +196,7 @@ void move_for(Session& session, const HeadAxis& axis, int family, std::chrono::m
     wait_for_rest(session, axis, family, time);
   } catch (const Failure& failure) {
     if (failure.code() != static_cast<int>(ExitCode::time_out)) throw;
-    stop_axis(session, axis);
+    halt_or_complain(session, axis, family);
   }
 }
 
@@ -203,7 +220,7 @@ Json move(Session& session, const HeadAxis& axis, const RunOptions& options) {
 
 Json stop(Session& session, const HeadAxis& axis) {
   const int family = attach_axis(session, axis);
-  halt(session, axis, family);
+  halt_or_complain(session, axis, family);
   return place_json(session, axis);
 }
 
