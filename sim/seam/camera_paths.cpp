@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <limits.h>
-#include <stdlib.h>
 
 #include <array>
 #include <cerrno>
@@ -10,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "sim/seam/real.h"
 #include "wire/paths.h"
 
 namespace kelvo::sim {
@@ -54,7 +54,7 @@ std::string_view folder_in(std::string_view path) {
 
 std::string resolved(const std::string& path) {
   std::array<char, PATH_MAX> result{};
-  return realpath(path.c_str(), result.data()) != nullptr ? result.data() : "";
+  return real().realpath(path.c_str(), result.data()) != nullptr ? result.data() : "";
 }
 
 /// The folder that a path leads to, without links and detours; empty if there is none.

@@ -138,6 +138,9 @@ int dup2(int descriptor, int wanted) {
 
 int fcntl(int descriptor, int command, void* argument) {
   const int result = real().fcntl(descriptor, command, argument);
+  if (result >= 0 && command == F_GETFL && opened_at(descriptor).simulated) {
+    return (result & ~O_ACCMODE) | O_RDWR;
+  }
   if (result >= 0 && (command == F_DUPFD || command == F_DUPFD_CLOEXEC)) {
     set_opened(result, opened_at(descriptor));
   }

@@ -11,10 +11,7 @@ using kelvo::sim::real;
 namespace router = kelvo::sim::router;
 
 #pragma GCC visibility push(default)
-// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): libc's own names
 extern "C" {
-
-ssize_t __read_chk(int descriptor, void* buffer, size_t length, size_t room);
 
 int close(int descriptor) { return router::close(descriptor); }
 int close_range(unsigned first, unsigned last, int flags) noexcept {
@@ -50,21 +47,6 @@ int ioctl(int descriptor, unsigned long request, ...) noexcept {
   return router::ioctl(descriptor, request, argument);
 }
 
-ssize_t read(int descriptor, void* buffer, size_t length) {
-  if (router::refuses_bytes(descriptor, "read()")) return -1;
-  return real().read(descriptor, buffer, length);
-}
-ssize_t write(int descriptor, const void* buffer, size_t length) {
-  if (router::refuses_bytes(descriptor, "write()")) return -1;
-  const ssize_t result = real().write(descriptor, buffer, length);
-  if (result > 0) router::written(descriptor);
-  return result;
-}
-ssize_t __read_chk(int descriptor, void* buffer, size_t length, size_t room) {
-  if (length > room) __builtin_trap();
-  return ::read(descriptor, buffer, length);
-}
-
 int fsync(int descriptor) { return router::synchronise(descriptor, real().fsync); }
 int fdatasync(int descriptor) { return router::synchronise(descriptor, real().fdatasync); }
 int syncfs(int descriptor) noexcept { return router::synchronise_files(descriptor); }
@@ -74,5 +56,4 @@ void sync() noexcept {
 }
 
 }  // extern "C"
-// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 #pragma GCC visibility pop

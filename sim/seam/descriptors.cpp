@@ -7,6 +7,8 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -29,9 +31,26 @@ std::string target_of(int descriptor) {
   const int error = errno;
   std::array<char, 64> target{};  // longer ones are not the camera's
   const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
-  const ssize_t length = readlink(link.c_str(), target.data(), target.size());
+  const ssize_t length = real().readlink(link.c_str(), target.data(), target.size());
   errno = error;
   return {target.data(), length > 0 ? static_cast<std::size_t>(length) : 0};
+}
+
+/// Opens it anew for nothing but requests, which Linux takes both accesses at once for: then fails too what
+/// libc reads and writes by itself for a stream. False where an emulator does not know that.
+bool open_for_requests(int descriptor, int close_on_exec) {
+  const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+  const int opened = real().open(link.c_str(), O_ACCMODE | O_CLOEXEC);
+  if (opened < 0) return false;
+  const bool understood = (real().fcntl(opened, F_GETFL) & O_ACCMODE) == O_ACCMODE &&
+                          real().dup3(opened, descriptor, close_on_exec) == descriptor;
+  real().close(opened);
+  return understood;
+}
+
+/// Behind the last place that a file can have, reading and writing fail.
+void leave_no_room(int descriptor) {
+  lseek(descriptor, std::numeric_limits<off_t>::max(), SEEK_SET);
 }
 
 }  // namespace
@@ -70,12 +89,10 @@ int open_placeholder(Device device, bool close_on_exec) {
   const std::string name = std::string(placeholder_prefix) + path_of(device);
   const int descriptor =
       memfd_create(name.c_str(), MFD_ALLOW_SEALING | (close_on_exec ? MFD_CLOEXEC : 0));
-  if (descriptor >= 0) {
-    // Nor does it take bytes by calls that are not intercepted.
-    real().fcntl(descriptor, F_ADD_SEALS, F_SEAL_WRITE | F_SEAL_GROW | F_SEAL_SHRINK);
-    return descriptor;
-  }
-  return real().open("/dev/null", O_RDWR | (close_on_exec ? O_CLOEXEC : 0));
+  if (descriptor < 0) return real().open("/dev/null", O_RDWR | (close_on_exec ? O_CLOEXEC : 0));
+  real().fcntl(descriptor, F_ADD_SEALS, F_SEAL_WRITE | F_SEAL_GROW | F_SEAL_SHRINK);
+  if (!open_for_requests(descriptor, close_on_exec ? O_CLOEXEC : 0)) leave_no_room(descriptor);
+  return descriptor;
 }
 
 }  // namespace kelvo::sim

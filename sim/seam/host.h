@@ -31,7 +31,8 @@ enum class SleepCall : std::uint8_t {
   select,
   pselect,
   poll,
-  ppoll
+  ppoll,
+  sigtimedwait
 };
 
 /// A value, a negative error number, or nothing: "let the real libc answer".

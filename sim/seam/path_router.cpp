@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
 #include <string>
 
 #include "sim/seam/camera_paths.h"
@@ -149,6 +150,33 @@ std::optional<FileAnswer> find_file(int folder, const char* path) {
   const std::optional<FileAnswer> place = find_place(folder, path);
   const bool device = place && device_at(camera_path(folder, path)) != Device::none;
   return device && place->error == 0 ? FileAnswer{-EPERM, {}} : place;
+}
+
+bool refuses_making(int folder, const char* path) {
+  const std::optional<FileAnswer> place = find_place(folder, path);
+  if (!place) return false;
+  const bool there = place->error == 0 && real().access(place->real_path.c_str(), F_OK) == 0;
+  const bool missing = place->error == 0 || place->error == -ENOENT;
+  libc_result(there ? -EEXIST : missing ? -EPERM : place->error);
+  return true;
+}
+
+bool refuses_name(Path of, Path made) {
+  const std::optional<FileAnswer> place = find_place(of.folder, of.path);
+  if (!place) return refuses_making(made.folder, made.path);
+  libc_result(place->error < 0 ? place->error : -EPERM);
+  return true;
+}
+
+char* realpath(const char* path, char* buffer) {
+  const std::optional<FileAnswer> place = find_place(AT_FDCWD, path);
+  if (!place) return real().realpath(path, buffer);
+  if (libc_result(place->error) < 0) return nullptr;
+  if (real().access(place->real_path.c_str(), F_OK) != 0) return nullptr;
+  const char* const known = camera_path(AT_FDCWD, path);
+  if (buffer == nullptr) return strdup(known);
+  std::memcpy(buffer, known, std::strlen(known) + 1);
+  return buffer;
 }
 
 int rename(Path from, Path to, const std::function<int(const char*, const char*)>& call) {

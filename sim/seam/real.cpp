@@ -61,11 +61,18 @@ void look_up_sleeps(RealLibc& libc) {
   look_up(libc.ppoll, "ppoll");
 }
 
+void look_up_names(RealLibc& libc) {
+#define KELVO_NAME(name) look_up(libc.name, #name);
+#include "sim/seam/real_names.inc"
+#undef KELVO_NAME
+}
+
 RealLibc look_up_all() {
   RealLibc libc{};
   look_up_paths(libc);
   look_up_descriptors(libc);
   look_up_sleeps(libc);
+  look_up_names(libc);
   look_up(libc.system, "system");
   look_up(libc.popen, "popen");
   look_up(libc.ftok, "ftok");

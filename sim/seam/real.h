@@ -2,16 +2,26 @@
 #ifndef KELVO_SIM_SEAM_REAL_H
 #define KELVO_SIM_SEAM_REAL_H
 
+#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <stdio.h>
+#include <stdlib.h>
+#include <sys/inotify.h>
 #include <sys/ipc.h>
 #include <sys/select.h>
 #include <sys/sem.h>
+#include <sys/sendfile.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <sys/time.h>
+#include <sys/uio.h>
+#include <sys/vfs.h>
+#include <sys/xattr.h>
 #include <threads.h>
 #include <time.h>
 #include <unistd.h>
+#include <utime.h>
 
 namespace kelvo::sim {
 
@@ -69,6 +79,10 @@ struct RealLibc {
   int (*semctl)(int, int, int, ...);
   int (*semop)(int, sembuf*, size_t);
   int (*semtimedop)(int, sembuf*, size_t, const timespec*);
+
+#define KELVO_NAME(name) decltype(&::name) name;
+#include "sim/seam/real_names.inc"
+#undef KELVO_NAME
 };
 
 /// Looked up on first use, once for the process.

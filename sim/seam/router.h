@@ -24,10 +24,15 @@ FILE* freopen(const char* path, const char* mode, FILE* stream);
 int fclose(FILE* stream);
 /// Calls with the place at which something of the camera really lies, and with any other path as it is.
 template <typename Call>
-int at_place(int folder, const char* path, Call call);
+auto at_place(int folder, const char* path, Call call);
 /// The same for calls that change what lies there. Nobody changes a simulated device's node.
 template <typename Call>
-int at_file(int folder, const char* path, Call call);
+auto at_file(int folder, const char* path, Call call);
+/// The same for calls that make something else than a file there, which nobody does where the camera's lie.
+template <typename Call>
+int at_new(int folder, const char* path, Call call);
+/// The camera's own spelling of a path that is there, in `buffer` or, without one, in memory of its own.
+char* realpath(const char* path, char* buffer);
 
 // Descriptors.
 int close(int descriptor);
@@ -72,23 +77,33 @@ struct Path {
 };
 /// By `call`, with the places at which the two really lie.
 int rename(Path from, Path to, const std::function<int(const char*, const char*)>& call);
+/// Whether a path is the camera's, where nothing is made; then errno is set.
+bool refuses_making(int folder, const char* path);
+/// The same for a second name of what lies at `of`, which the camera's have not.
+bool refuses_name(Path of, Path made);
 /// A value stays; a negative error number becomes -1 with errno.
 int libc_result(int answer);
 
 template <typename Call>
-int at(const std::optional<FileAnswer>& place, const char* path, Call call) {
+auto at(const std::optional<FileAnswer>& place, const char* path, Call call)
+    -> decltype(call(path)) {
   if (!place) return call(path);
   return place->error < 0 ? libc_result(place->error) : call(place->real_path.c_str());
 }
 
 template <typename Call>
-int at_place(int folder, const char* path, Call call) {
+auto at_place(int folder, const char* path, Call call) {
   return at(find_place(folder, path), path, call);
 }
 
 template <typename Call>
-int at_file(int folder, const char* path, Call call) {
+auto at_file(int folder, const char* path, Call call) {
   return at(find_file(folder, path), path, call);
+}
+
+template <typename Call>
+int at_new(int folder, const char* path, Call call) {
+  return refuses_making(folder, path) ? -1 : call(path);
 }
 
 }  // namespace kelvo::sim::router

@@ -85,6 +85,21 @@ bool any_in(int count, const fd_set* read, const fd_set* write, const fd_set* ex
   return count > FD_SETSIZE;
 }
 
+/// An entry with a negative descriptor waits for nothing. Entries are not const, as libc declares that they are
+/// written alone.
+bool any_in(pollfd* entries, nfds_t count) {
+  if (entries == nullptr) return count != 0;
+  return std::any_of(entries, entries + count, [](const pollfd& entry) { return entry.fd >= 0; });
+}
+
+/// Sleeps; then nothing has happened to any entry, and `result` is what the call returns.
+bool slept(SleepCall call, pollfd* entries, nfds_t count, std::optional<nanoseconds> time,
+           int& result) {
+  if (!router::delay(call, time.value_or(nanoseconds::zero()), result)) return false;
+  for (nfds_t i = 0; i < count; ++i) entries[i].revents = 0;
+  return true;
+}
+
 /// The signals that a call lets through, for as long as it lives.
 class SignalMask {
  public:
@@ -180,19 +195,32 @@ int pselect(int count, fd_set* read, fd_set* write, fd_set* except, const timesp
 int poll(pollfd* descriptors, nfds_t count, int time) {
   int result = 0;
   const auto length = milliseconds(time);
-  if (sleeps(count != 0, length) && router::delay(SleepCall::poll, length, result)) return result;
+  if (sleeps(any_in(descriptors, count), length) &&
+      slept(SleepCall::poll, descriptors, count, length, result)) {
+    return result;
+  }
   return real().poll(descriptors, count, time);
 }
 
 int ppoll(pollfd* descriptors, nfds_t count, const timespec* time, const sigset_t* mask) {
   int result = 0;
   const std::optional<nanoseconds> length = duration(time);
-  if (sleeps(count != 0, length)) {
+  if (sleeps(any_in(descriptors, count), length)) {
     const SignalMask signals(mask);
-    if (router::delay(SleepCall::ppoll, length.value_or(nanoseconds::zero()), result))
-      return result;
+    if (slept(SleepCall::ppoll, descriptors, count, length, result)) return result;
   }
   return real().ppoll(descriptors, count, time, mask);
+}
+
+int sigtimedwait(const sigset_t* signals, siginfo_t* what, const timespec* time) {
+  int result = 0;
+  const std::optional<nanoseconds> length = duration(time);
+  if (!sleeps(sigisemptyset(signals) == 0, length) ||
+      !router::delay(SleepCall::sigtimedwait, length.value_or(nanoseconds::zero()), result)) {
+    return real().sigtimedwait(signals, what, time);
+  }
+  if (result == 0) errno = EAGAIN;
+  return -1;
 }
 
 int __poll_chk(pollfd* descriptors, nfds_t count, int time, size_t room) {

@@ -61,6 +61,12 @@ timespec two_seconds() { return {2, 3}; }
 const timespec time_to_sleep = two_seconds();
 timeval two_seconds_of_select = {2, 3};
 
+pollfd nobody[] = {{-1, POLLIN, POLLIN}, {-7, POLLOUT, POLLOUT}};
+const sigset_t no_signals = {};
+
+/// 0 for what is to come of it.
+int expired(int result) { return result == -1 && errno == EAGAIN ? 0 : -2; }
+
 const Sleep every_sleep[] = {
     {"usleep", SleepCall::usleep, 4us, [] { return usleep(4); }},
     {"sleep", SleepCall::sleep, 5s, [] { return static_cast<int>(sleep(5)); }},
@@ -80,6 +86,13 @@ const Sleep every_sleep[] = {
     {"poll_chk", SleepCall::poll, 7ms, [] { return __poll_chk(nullptr, 0, 7, 0); }},
     {"ppoll_chk", SleepCall::ppoll, 2s + 3ns,
      [] { return __ppoll_chk(nullptr, 0, &time_to_sleep, nullptr, 0); }},
+    {"poll_of_nobody", SleepCall::poll, 7ms, [] { return poll(nobody, 2, 7); }},
+    {"ppoll_of_nobody", SleepCall::ppoll, 2s + 3ns,
+     [] { return ppoll(nobody, 2, &time_to_sleep, nullptr); }},
+    {"poll_chk_of_nobody", SleepCall::poll, 7ms,
+     [] { return __poll_chk(nobody, 2, 7, sizeof nobody); }},
+    {"sigtimedwait", SleepCall::sigtimedwait, 2s + 3ns,
+     [] { return expired(sigtimedwait(&no_signals, nullptr, &time_to_sleep)); }},
     {"sleep_for", SleepCall::nanosleep, 7ms,
      [] {
        std::this_thread::sleep_for(7ms);
@@ -110,6 +123,45 @@ TEST(SeamSleeps, AreShortWhereNothingAnswers) {
   EXPECT_EQ(pselect(0, nullptr, nullptr, nullptr, &moment, nullptr), 0);
   EXPECT_EQ(poll(nullptr, 0, 1), 0);
   EXPECT_EQ(ppoll(nullptr, 0, &moment, nullptr), 0);
+  EXPECT_EQ(poll(nobody, 2, 1), 0);
+  EXPECT_EQ(ppoll(nobody, 2, &moment, nullptr), 0);
+  EXPECT_EQ(expired(sigtimedwait(&no_signals, nullptr, &moment)), 0);
+}
+
+TEST(SeamSleeps, APollOfNobodyLeavesNothingBehind) {
+  SleepHost host;
+  const Installed installed(host);
+  for (const bool with_mask : {false, true}) {
+    pollfd entries[] = {{-1, POLLIN, POLLIN}, {-7, POLLOUT, POLLERR}};
+    EXPECT_EQ(with_mask ? ppoll(entries, 2, &time_to_sleep, nullptr) : poll(entries, 2, 7), 0);
+    EXPECT_EQ(entries[0].revents, 0);
+    EXPECT_EQ(entries[1].revents, 0);
+  }
+}
+
+TEST(SeamSleeps, EntriesThatAreNoneAreLeftToTheKernel) {
+  SleepHost host;
+  const Installed installed(host);
+  pollfd* volatile none = nullptr;
+  EXPECT_EQ(poll(none, 1, 7), -1);
+  EXPECT_EQ(errno, EFAULT);
+  EXPECT_EQ(ppoll(none, 1, &time_to_sleep, nullptr), -1);
+  EXPECT_EQ(errno, EFAULT);
+  EXPECT_EQ(host.sleeps.size(), 0U);
+}
+
+TEST(SeamSleeps, AWaitForASignalIsNone) {
+  SleepHost host;
+  const Installed installed(host);
+  const timespec moment = {0, 1};
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGUSR1);
+  EXPECT_EQ(expired(sigtimedwait(&signals, nullptr, &moment)), 0);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  raise(SIGUSR1);
+  EXPECT_EQ(sigtimedwait(&signals, nullptr, &time_to_sleep), SIGUSR1);
+  EXPECT_EQ(host.sleeps.size(), 0U);
 }
 
 TEST(SeamSleeps, AWaitForADescriptorIsNone) {
@@ -125,9 +177,9 @@ TEST(SeamSleeps, AWaitForADescriptorIsNone) {
   EXPECT_EQ(select(pipe_ends[0] + 1, &set, nullptr, nullptr, &moment_of_select), 0);
   FD_SET(pipe_ends[0], &set);
   EXPECT_EQ(pselect(pipe_ends[0] + 1, &set, nullptr, nullptr, &moment, nullptr), 0);
-  pollfd wanted = {pipe_ends[0], POLLIN, 0};
-  EXPECT_EQ(poll(&wanted, 1, 1), 0);
-  EXPECT_EQ(ppoll(&wanted, 1, &moment, nullptr), 0);
+  pollfd wanted[] = {{-1, POLLIN, 0}, {pipe_ends[0], POLLIN, 0}};
+  EXPECT_EQ(poll(wanted, 2, 1), 0);
+  EXPECT_EQ(ppoll(wanted, 2, &moment, nullptr), 0);
   EXPECT_EQ(host.sleeps.size(), 0U);
   FD_ZERO(&set);
   moment_of_select = {0, 1};  // the wait has used it up
@@ -144,6 +196,8 @@ TEST(SeamSleeps, ALookAtNothingIsNone) {
   EXPECT_EQ(pselect(0, nullptr, nullptr, nullptr, &no_time, nullptr), 0);
   EXPECT_EQ(poll(nullptr, 0, 0), 0);
   EXPECT_EQ(ppoll(nullptr, 0, &no_time, nullptr), 0);
+  EXPECT_EQ(poll(nobody, 2, 0), 0);
+  EXPECT_EQ(expired(sigtimedwait(&no_signals, nullptr, &no_time)), 0);
   EXPECT_EQ(host.sleeps.size(), 0U);
 }
 
@@ -155,6 +209,8 @@ TEST(SeamSleeps, TimesThatAreNoneAreLeftToTheKernel) {
     EXPECT_EQ(errno, EINVAL);
     EXPECT_EQ(clock_nanosleep(CLOCK_MONOTONIC, 0, &wrong, nullptr), EINVAL);
     EXPECT_EQ(ppoll(nullptr, 0, &wrong, nullptr), -1);
+    EXPECT_EQ(errno, EINVAL);
+    EXPECT_EQ(sigtimedwait(&no_signals, nullptr, &wrong), -1);
     EXPECT_EQ(errno, EINVAL);
   }
   timeval wrong_of_select = {-1, 0};
@@ -182,7 +238,9 @@ TEST(SeamSleeps, WhatIsLeftOfABrokenOneGoesByTheClockOfTheHost) {
   EXPECT_LT(left_of_select.tv_sec, 86'400);
   EXPECT_EQ(poll(nullptr, 0, 1000), -1);
   EXPECT_EQ(errno, EINTR);
-  EXPECT_EQ(host.sleeps.size(), 6U);
+  EXPECT_EQ(sigtimedwait(&no_signals, nullptr, &day), -1);
+  EXPECT_EQ(errno, EINTR);
+  EXPECT_EQ(host.sleeps.size(), 7U);
 }
 
 TEST(SeamSleeps, SelectLeavesNoTimeBehind) {

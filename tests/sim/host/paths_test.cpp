@@ -2,12 +2,19 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <limits.h>
 #include <stdio.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/uio.h>
+#include <sys/vfs.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <ostream>
+#include <string>
+#include <vector>
 
 #include "sim/fault/parse.h"
 #include "sim/host/installed_camera.h"
@@ -34,6 +41,12 @@ struct stat status;
 struct stat64 status64;
 struct statx more;
 
+struct statfs file_system;
+struct statfs64 file_system64;
+struct statvfs volume;
+struct statvfs64 volume64;
+const int watch = inotify_init();
+
 struct Look {
   const char* name;
   int (*look)(const char* path);
@@ -58,6 +71,15 @@ const Look every_look[] = {
     {"lxstat64", [](const char* path) { return __lxstat64(1, path, &status64); }},
     {"fxstatat", [](const char* path) { return __fxstatat(1, -1, path, &status, 0); }},
     {"fxstatat64", [](const char* path) { return __fxstatat64(1, -1, path, &status64, 0); }},
+    {"statfs", [](const char* path) { return statfs(path, &file_system); }},
+    {"statfs64", [](const char* path) { return statfs64(path, &file_system64); }},
+    {"statvfs", [](const char* path) { return statvfs(path, &volume); }},
+    {"statvfs64", [](const char* path) { return statvfs64(path, &volume64); }},
+    {"pathconf", [](const char* path) { return pathconf(path, _PC_NAME_MAX) > 0 ? 0 : -1; }},
+    {"listxattr", [](const char* path) { return listxattr(path, nullptr, 0) >= 0 ? 0 : -1; }},
+    {"llistxattr", [](const char* path) { return llistxattr(path, nullptr, 0) >= 0 ? 0 : -1; }},
+    {"inotify_add_watch",
+     [](const char* path) { return inotify_add_watch(watch, path, IN_OPEN) >= 0 ? 0 : -1; }},
 };
 
 class LookAtAPath : public testing::TestWithParam<Look> {
@@ -159,9 +181,14 @@ TEST(DeviceNode, TakesNoBytesByAnyCall) {
   char bytes[] = "bytes";
   const iovec vector{bytes, 5};
   EXPECT_EQ(writev(device, &vector, 1), -1);
-  EXPECT_EQ(errno, EPERM);
-  EXPECT_EQ(pwrite(device, bytes, 5, 0), -1);
+  EXPECT_EQ(errno, EINVAL);
+  EXPECT_EQ(pread(device, bytes, 5, 0), -1);
+  EXPECT_EQ(errno, EINVAL);
   EXPECT_EQ(ftruncate(device, 5), -1);
+  const std::vector<std::string> violations = camera.violations();
+  ASSERT_EQ(violations.size(), 2U);
+  EXPECT_TRUE(violations[0].ends_with("writev() is refused: the driver does not serve it"));
+  EXPECT_TRUE(violations[1].ends_with("pread() is refused: the driver does not serve it"));
   FILE* const stream = fdopen(device, "w");
   ASSERT_NE(stream, nullptr);
   fputs(bytes, stream);

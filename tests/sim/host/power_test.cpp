@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <kelvo.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,6 +11,7 @@
 #include <fstream>
 #include <iterator>
 #include <ostream>
+#include <string>
 
 #include "sim/host/installed_camera.h"
 
@@ -95,6 +97,23 @@ TEST_P(EverySynchronisation, KeepsWhatWasWritten) {
 
 INSTANTIATE_TEST_SUITE_P(Calls, EverySynchronisation, testing::ValuesIn(every_synchronisation),
                          [](const auto& instance) { return std::string(instance.param.name); });
+
+TEST_F(Files, AreKeptByEveryWriteToOneThatWasOpenedForIt) {
+  static ssize_t (*const every_write[])(int, const iovec&) = {
+      [](int file, const iovec& text) { return pwrite(file, text.iov_base, text.iov_len, 0); },
+      [](int file, const iovec& text) { return writev(file, &text, 1); },
+      [](int file, const iovec& text) { return pwritev(file, &text, 1, 0); },
+  };
+  std::string text = "0";
+  for (const auto write : every_write) {
+    const int record = open("/bin/DC_S_Cali.dat", O_RDWR | O_CREAT | O_DSYNC, 0600);
+    ++text[0];
+    EXPECT_EQ(write(record, {text.data(), 1}), 1);
+    close(record);
+    cut();
+    EXPECT_EQ(content("/bin/DC_S_Cali.dat"), text);
+  }
+}
 
 TEST_F(Files, AreNotSynchronisedByTheFileSystemOfAnother) {
   write("/bin/DC_S_Cali.dat", "new", false);

@@ -361,6 +361,18 @@ function(case_report_at_every_ending)
   endforeach()
 endfunction()
 
+function(case_devices_have_no_bytes)
+  run("clock=sleep" ${PROBE} bytes)
+  expect_result(0)
+  expect_lines(errors "  protocol violations: 1\n")
+endfunction()
+
+function(case_wait_for_nobody_goes_by_the_clock)
+  run("clock=sleep" ${PROBE} nobody)
+  expect_result(0)
+  expect_lines(errors "  time simulated: 2.000 s\n")
+endfunction()
+
 function(case_no_report_from_a_forked_process)
   run("clock=sleep" ${PROBE} fork)
   expect_result(0)
@@ -472,11 +484,18 @@ function(case_exports_the_intercepted_names_alone)
   list(SORT output)
   set(names
     __fxstatat __fxstatat64 __lxstat __lxstat64 __open64_2 __open_2 __openat64_2 __openat_2 __poll_chk
-    __ppoll_chk __read_chk __xstat __xstat64 access clock_nanosleep close close_range closefrom creat
-    creat64 dup dup2 dup3 eaccess euidaccess faccessat fclose fcntl fcntl64 fdatasync fopen fopen64 freopen
-    freopen64 fstatat fstatat64 fsync ftok ioctl lstat lstat64 nanosleep open open64 openat openat64 poll
-    popen ppoll pselect read remove rename renameat renameat2 select semctl semget semop semtimedop sleep
-    stat stat64 statx sync syncfs system thrd_sleep truncate truncate64 unlink unlinkat usleep write)
+    __ppoll_chk __pread64_chk __pread_chk __read_chk __readlink_chk __readlinkat_chk __realpath_chk
+    __xmknod __xmknodat __xstat __xstat64 access canonicalize_file_name chmod chown clock_nanosleep close
+    close_range closefrom copy_file_range creat creat64 dup dup2 dup3 eaccess euidaccess faccessat
+    fchmodat fchownat fclose fcntl fcntl64 fdatasync fopen fopen64 freopen freopen64 fstatat fstatat64
+    fsync ftok futimesat getxattr inotify_add_watch ioctl lchmod lchown lgetxattr link linkat listxattr
+    llistxattr lremovexattr lsetxattr lstat lstat64 lutimes mkdir mkdirat mkfifo mkfifoat mknod mknodat
+    nanosleep open open64 openat openat64 pathconf poll popen ppoll pread pread64 preadv preadv2 preadv64
+    preadv64v2 pselect pwrite pwrite64 pwritev pwritev2 pwritev64 pwritev64v2 read readlink readlinkat
+    readv realpath remove removexattr rename renameat renameat2 rmdir select semctl semget semop
+    semtimedop sendfile sendfile64 setxattr sigtimedwait sleep splice stat stat64 statfs statfs64 statvfs
+    statvfs64 statx symlink symlinkat sync syncfs system thrd_sleep truncate truncate64 unlink unlinkat
+    usleep utime utimensat utimes write writev)
   list(SORT names)
   expect_equal(output "${names}")
 endfunction()
