@@ -24,7 +24,9 @@ SENDING = {
 ASKING = {
     "de015": ("status", "attach", "zoom1 count", "pi offset", "ois gain", "ois read", "raw query 0x86",
               "head version", "pan position"),
-    "df033": ("attach", "focus count", "frame 0x86 0 0 0 0", "tilt limits show", "i2c read pan 4 2"),
+    "df033": ("status", "pi read", "attach", "focus count", "frame 0x86 0 0 0 0", "tilt limits show",
+              "i2c read pan 4 2"),
+    "t5391": ("status", "pi read"),
 }
 
 

@@ -47,8 +47,10 @@ Json motor_at(LensModule module, std::int64_t sensor) {
 }
 
 Json state(Session& session, std::int64_t sensor) {
-  const auto number = static_cast<std::uint32_t>(sensor);
-  const std::uint32_t value = session.send([number] { return getPI(number); });
+  const auto read = [number = static_cast<std::uint32_t>(sensor)] { return getPI(number); };
+  // On DE015 the supply is switched on and the level converted; elsewhere it is a query.
+  const bool sends = session.lens() == LensModule::de015;
+  const std::uint32_t value = sends ? session.send(read) : session.call(read);
   session.check_lens_link();
   return {
       {"sensor", sensor}, {"motor", motor_at(session.lens(), sensor)}, {"interrupted", value == 1}};
