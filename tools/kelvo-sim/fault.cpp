@@ -118,10 +118,14 @@ std::string entry(const fault::Word& word) {
 }
 
 std::string glossary_text(const Glossary& glossary) {
-  std::string text = glossary.remark + "\n";
-  for (const auto& [word, meaning] : glossary.words)
-    text += "  " + word + "\n        " + meaning + "\n";
-  return text;
+  std::string text = glossary.remark;
+  for (const auto& [word, meaning] : glossary.words) {
+    text += "\n  ";
+    text += word;
+    text += "\n        ";
+    text += meaning;
+  }
+  return text + "\n";
 }
 
 }  // namespace
