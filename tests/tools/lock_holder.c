@@ -15,6 +15,6 @@ int main(int argc, char** argv) {
   if (key == -1 || set < 0 || semop(set, lock, 2) != 0) return 1;
   puts("holds the bus lock");
   fflush(stdout);
-  while (!leaves) pause();
-  return 0;
+  if (leaves) return 0;
+  for (;;) pause();
 }
