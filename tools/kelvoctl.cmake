@@ -1,15 +1,3 @@
-kelvo_by_itself(
-  kelvoctl/doctor_checks.cpp
-  kelvoctl/raw.cpp
-  kelvoctl/head/head_moves.cpp
-  kelvoctl/head/pid.cpp
-  kelvoctl/lens/interrupters.cpp
-  kelvoctl/lens/iris.cpp
-  kelvoctl/lens/motor_table.cpp
-  kelvoctl/lens/pt5111.cpp
-  kelvoctl/prompt/offers.cpp
-  kelvoctl/records/calibration.cpp)
-
 # The camera at a prompt. It runs on the camera too, where nothing of C++ is installed.
 add_executable(kelvoctl
   kelvoctl/boot.cpp

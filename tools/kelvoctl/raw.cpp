@@ -36,7 +36,7 @@ Frame frame_of(const FrameOptions& options) {
   return frame;
 }
 
-Json send(Session& session, const FrameOptions& options) {
+Json send_frame(Session& session, const FrameOptions& options) {
   session.attach_lens();
   const Frame frame = frame_of(options);
   session.send([&] { return SendCommand(frame[0], frame[1], frame[2], frame[3], frame[4]); });
@@ -106,7 +106,7 @@ void add_raw(CommandTable& table) {
   CLI::App& group =
       CommandTable::add_group(table.root(), "raw", "The lens controller's frames, by number");
   auto [send_command, sent] =
-      table.add<FrameOptions>(group, "send", "Sends a command; no argument is 0", send);
+      table.add<FrameOptions>(group, "send", "Sends a command; no argument is 0", send_frame);
   add_bytes(send_command, sent, false);
   auto [query_command, asked] =
       table.add<QueryOptions>(group, "query", "Asks a question", send_query);

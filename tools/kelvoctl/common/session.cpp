@@ -25,7 +25,7 @@ using std::chrono::microseconds;
 constexpr useconds_t family_pause = 2'000;  // between two transfers, before the family is known
 
 /// Throws a Failure for a device that cannot be opened: the library does not say why.
-void check_device(const char* path) {
+void require_device(const char* path) {
   const int descriptor = open(path, O_RDWR | O_CLOEXEC);
   if (descriptor < 0) {
     throw Failure(ExitCode::no_device, std::string(path) + ": " + std::strerror(errno) + ": see " +
@@ -53,7 +53,7 @@ void Session::attach_lens() {
   const LensModule module = lens();
   const bool failed = call([] { return GetLensType(); }) < 0;
   if (lens_attached_ && !failed) return;
-  check_device(wire::lens_controller_device);
+  require_device(wire::lens_controller_device);
   call([module] {
     SetLensType(static_cast<std::int32_t>(module));
     return InitSPI();
@@ -70,7 +70,7 @@ int Session::attach_head() {
 
 std::optional<int> Session::find_head() {
   if (head_family_ != 0) return head_family_;
-  check_device(wire::pan_tilt_device);
+  require_device(wire::pan_tilt_device);
   call([] {
     Release_I2C();
     return Init_I2C();

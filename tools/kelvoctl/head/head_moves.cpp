@@ -18,7 +18,7 @@ constexpr std::int64_t circle = 65536;
 constexpr std::int64_t tolerance = 40;  // a count of a Vetra controller is some 3.6 positions
 
 /// What a move has with it, because the library keeps it for one process only.
-struct MoveOptions {
+struct AxisMoveOptions {
   std::optional<std::int64_t> direction;
   std::string tuning_file;
   std::string limits;
@@ -26,15 +26,15 @@ struct MoveOptions {
 };
 
 struct GotoOptions {
-  MoveOptions move;
+  AxisMoveOptions move;
   std::int64_t position = 0;
   std::int64_t speed = half_speed;
   bool wait = false;
   std::chrono::microseconds timeout = std::chrono::seconds(30);
 };
 
-struct RunOptions {
-  MoveOptions move;
+struct AxisRunOptions {
+  AxisMoveOptions move;
   std::int64_t speed = 0;
   std::chrono::microseconds time = until_stopped;
 };
@@ -57,7 +57,7 @@ class Freeze {
 };
 
 /// Everything that a move needs before it begins. Returns the family.
-int prepare(Session& session, const HeadAxis& axis, Motion motion, const MoveOptions& options) {
+int prepare(Session& session, const HeadAxis& axis, Motion motion, const AxisMoveOptions& options) {
   std::optional<Limits> limits;
   if (!options.limits.empty()) limits = limits_of(options.limits);
   if (!options.tuning_file.empty()) load_tuning(session, read_tuning_file(options.tuning_file));
@@ -200,7 +200,7 @@ void move_for(Session& session, const HeadAxis& axis, int family, std::chrono::m
   }
 }
 
-Json move(Session& session, const HeadAxis& axis, const RunOptions& options) {
+Json move(Session& session, const HeadAxis& axis, const AxisRunOptions& options) {
   const int family = prepare(session, axis, Motion::continuous, options.move);
   const std::int64_t direction = options.move.direction.value_or(0);
   {
@@ -218,7 +218,7 @@ Json move(Session& session, const HeadAxis& axis, const RunOptions& options) {
   return result;
 }
 
-Json stop(Session& session, const HeadAxis& axis) {
+Json stop_and_show(Session& session, const HeadAxis& axis) {
   const int family = attach_axis(session, axis);
   halt_or_complain(session, axis, family);
   return place_json(session, axis);
@@ -229,7 +229,7 @@ Json position(Session& session, const HeadAxis& axis) {
   return place_json(session, axis);
 }
 
-void add_move_options(CLI::App& command, MoveOptions& options, const std::string& direction) {
+void add_move_options(CLI::App& command, AxisMoveOptions& options, const std::string& direction) {
   add_number(command, "--direction", options.direction, {0, 1}, direction, "0|1");
   add_text(command, "--pid", options.tuning_file,
            "The tuning table's file, for this and what follows in this process", "FILE");
@@ -256,9 +256,11 @@ void add_goto(CommandTable& table, CLI::App& group, const HeadAxis& axis) {
 }
 
 void add_move(CommandTable& table, CLI::App& group, const HeadAxis& axis) {
-  auto [command, options] = table.add<RunOptions>(
-      group, "move", "Moves until it is stopped",
-      [&axis](Session& session, const RunOptions& given) { return move(session, axis, given); });
+  auto [command, options] =
+      table.add<AxisRunOptions>(group, "move", "Moves until it is stopped",
+                                [&axis](Session& session, const AxisRunOptions& given) {
+                                  return move(session, axis, given);
+                                });
   require(add_number(command, "SPEED", options.speed, speed_range, "Speed, 0 to 7200", ""));
   add_move_options(command, options.move, "0, the default: positions grow; 1: they fall");
   add_duration(command, "--for", options.time, "Move so long, then stop");
@@ -269,7 +271,7 @@ void add_move(CommandTable& table, CLI::App& group, const HeadAxis& axis) {
 void add_axis_moves(CommandTable& table, CLI::App& group, const HeadAxis& axis) {
   add_goto(table, group, axis);
   add_move(table, group, axis);
-  add_axis_command(table, group, axis, {"stop", "Stops the axis", stop});
+  add_axis_command(table, group, axis, {"stop", "Stops the axis", stop_and_show});
   add_axis_command(table, group, axis, {"position", "Tells where the axis is", position});
 }
 

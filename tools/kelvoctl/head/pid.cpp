@@ -15,7 +15,7 @@ struct TuningFileOptions {
   std::string file;
 };
 
-Json show(Session& /*session*/, const TuningFileOptions& options) {
+Json show_tuning(Session& /*session*/, const TuningFileOptions& options) {
   if (!options.file.empty()) return tuning_json(read_tuning_file(options.file));
   if (!tuning_loaded()) {
     throw Failure(ExitCode::refused, "no tuning table is loaded in this process: name its file");
@@ -25,7 +25,7 @@ Json show(Session& /*session*/, const TuningFileOptions& options) {
   return result;
 }
 
-Json load(Session& session, const TuningFileOptions& options) {
+Json load_tuning(Session& session, const TuningFileOptions& options) {
   load_tuning(session, read_tuning_file(options.file));
   return {};
 }
@@ -35,7 +35,7 @@ Json set_frozen(Session& session, bool frozen) {
   return {};
 }
 
-Json stop(Session& session, const TuningFileOptions& options) {
+Json stop_gains(Session& session, const TuningFileOptions& options) {
   if (!options.file.empty()) load_tuning(session, read_tuning_file(options.file));
   for (const HeadAxis& axis : head_axes) {
     require_gains(axis, attach_axis(session, axis), Motion::continuous);
@@ -72,14 +72,14 @@ constexpr std::array freeze_commands{
 void add_pid(CommandTable& table) {
   CLI::App& group = CommandTable::add_group(table.root(), "pid", "The gains of the head's moves");
   auto [show_command, shown] =
-      table.add<TuningFileOptions>(group, "show", "Shows a tuning table", show);
+      table.add<TuningFileOptions>(group, "show", "Shows a tuning table", show_tuning);
   add_text(show_command, "FILE", shown.file, "Its file; without it what this process has loaded");
   const Place place = table.place();
   auto [load_command, loaded] = table.add<TuningFileOptions>(
       group, "load", "Loads a tuning table for the moves of this process",
       [place](Session& session, const TuningFileOptions& options) {
         require_lasting(place, "give --pid FILE with the move");
-        return load(session, options);
+        return load_tuning(session, options);
       });
   require(add_text(load_command, "FILE", loaded.file,
                    "Twelve rows of seven numbers, or the 336 bytes"));
@@ -91,7 +91,7 @@ void add_pid(CommandTable& table) {
               });
   }
   auto [stop_command, stopped] = table.add<TuningFileOptions>(
-      group, "stop", "Sets the gains for standing still, of both axes; stops nothing", stop);
+      group, "stop", "Sets the gains for standing still, of both axes; stops nothing", stop_gains);
   add_text(stop_command, "--pid", stopped.file, "The file of the tuning table", "FILE");
 }
 

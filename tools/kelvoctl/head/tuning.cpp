@@ -41,7 +41,7 @@ struct Word {
 };
 
 /// The words of a row that a family's controllers get.
-struct Words {
+struct RowWords {
   int family;
   std::size_t first;
   std::span<const Word> list;
@@ -57,10 +57,10 @@ constexpr std::array vetra_words{Word{"position_p"},
                                  Word{"current"},
                                  Word{"acceleration", TuningWord::max()},
                                  Word{"deceleration", TuningWord::max()}};
-constexpr Words words_by_family[] = {{tasmere, 1, tasmere_words}, {vetra, 0, vetra_words}};
+constexpr RowWords words_by_family[] = {{tasmere, 1, tasmere_words}, {vetra, 0, vetra_words}};
 
 std::span<const std::int32_t> values_of(const TuningTable& table, const Row& row,
-                                        const Words& words) {
+                                        const RowWords& words) {
   return std::span(table).subspan(row.number * tuning_words + words.first, words.list.size());
 }
 
@@ -68,15 +68,15 @@ bool all_zero(std::span<const std::int32_t> values) {
   return std::ranges::all_of(values, [](std::int32_t value) { return value == 0; });
 }
 
-const Words& words_of(int family) {
-  return *std::ranges::find(words_by_family, family, &Words::family);
+const RowWords& row_words_of(int family) {
+  return *std::ranges::find(words_by_family, family, &RowWords::family);
 }
 
-void add_words(Json& object, const Words& words, std::span<const std::int32_t> numbers) {
+void add_words(Json& object, const RowWords& words, std::span<const std::int32_t> numbers) {
   for (std::size_t i = 0; i < numbers.size(); ++i) object[words.list[i].name] = numbers[i];
 }
 
-Json row_json(const TuningTable& table, const Row& row, const Words& words) {
+Json row_json(const TuningTable& table, const Row& row, const RowWords& words) {
   Json values{{"row", row.number},
               {"head", head_name(row.family)},
               {"axis", head_axes[row.tilts ? 1 : 0].name},
@@ -100,7 +100,7 @@ bool& loaded_flag() {
 Range tuning_range(std::size_t row, std::size_t word) {
   const auto* const used = std::ranges::find(used_rows, row, &Row::number);
   if (used != used_rows.end()) {
-    const Words& words = words_of(used->family);
+    const RowWords& words = row_words_of(used->family);
     // What stands before the first is too great as well.
     if (word - words.first < words.list.size()) return {0, words.list[word - words.first].greatest};
   }
@@ -124,7 +124,7 @@ void load_tuning(Session& session, const TuningTable& table) {
 
 Json tuning_json(const TuningTable& table) {
   Json result;
-  for (const Words& words : words_by_family) {
+  for (const RowWords& words : words_by_family) {
     Json rows = Json::array();
     for (const Row& row : used_rows) {
       if (row.family == words.family) rows.push_back(row_json(table, row, words));
@@ -136,7 +136,7 @@ Json tuning_json(const TuningTable& table) {
 
 Json written_json(const HeadAxis& axis, int family) {
   const std::int32_t* const written = family == vetra ? axis.vetra_written : axis.tasmere_written;
-  const Words& words = words_of(family);
+  const RowWords& words = row_words_of(family);
   Json object{{"axis", axis.name}};
   add_words(object, words, {written + words.first, words.list.size()});
   return object;
@@ -154,7 +154,7 @@ void require_gains(const HeadAxis& axis, int family, Motion motion) {
     return row.family == family && row.tilts == axis.tilts && row.motion == motion;
   };
   const Row& row = *std::ranges::find_if(used_rows, is_it);
-  if (!all_zero(values_of(table, row, words_of(family)))) return;
+  if (!all_zero(values_of(table, row, row_words_of(family)))) return;
   throw Failure(ExitCode::refused, "the tuning table's row " + std::to_string(row.number) +
                                        " is zeros, and this move would set them: it is for " +
                                        head_name(family) + " " + axis.name + ", " + row.purpose);

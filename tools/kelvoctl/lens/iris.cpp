@@ -33,7 +33,7 @@ Json step(Session& session, const char* what, std::int64_t (*move)(std::uint32_t
   return {{"module", name_of(module)}, {"iris", what}, {"steps", steps}};
 }
 
-Json set(Session& session, const LevelOptions& options) {
+Json set_level(Session& session, const LevelOptions& options) {
   use_lens(session);
   const auto level = static_cast<std::uint32_t>(options.level);
   session.send([level] { return setDCIrisABS(level); });
@@ -45,7 +45,7 @@ Json stop_motors(Session& session) {
   const LensModule module = session.lens();
   refuse_unless(stepped_iris.on(module), module, "has no stepped iris");
   use_lens(session);
-  check_word(session, session.send(stop));
+  check_word(session, session.send(::stop));
   return {{"module", name_of(module)}, {"iris", "stopped"}, {"power", "off"}};
 }
 
@@ -68,7 +68,7 @@ void add_iris(CommandTable& table) {
   table.add(group, "stop", "Stops the motors of iris and IR-cut filter, and cuts their power",
             stop_motors);
   auto [command, options] =
-      table.add<LevelOptions>(group, "set", "Sets the target of the iris loop", set);
+      table.add<LevelOptions>(group, "set", "Sets the target of the iris loop", set_level);
   require(
       add_number(command, "LEVEL", options.level, word_range, "Within the travel of the unit", ""));
 }

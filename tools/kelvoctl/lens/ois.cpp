@@ -185,7 +185,7 @@ Json read_all(Session& session) {
   return result;
 }
 
-void add_switches(CommandTable& table, CLI::App& group) {
+void add_stabiliser_switches(CommandTable& table, CLI::App& group) {
   auto [on, on_options] = table.add<OnOptions>(group, "on", "Starts stabilisation", switch_on);
   add_number(on, "--range", on_options.range, byte_range, "The range of both axes; 1 unless given");
   table.add(group, "off", "Stops stabilisation", switch_off);
@@ -249,7 +249,7 @@ Json stabiliser_json(Session& session) {
 
 void add_stabiliser(CommandTable& table) {
   CLI::App& group = CommandTable::add_group(table.root(), "ois", "Controls the stabiliser");
-  add_switches(table, group);
+  add_stabiliser_switches(table, group);
   add_axis_values(table, group, "gain", "Shows the gyro gains, or sets them", "GAIN", long_range,
                   gain);
   add_axis_values(table, group, "range", "Sets the stabilisation range", "RANGE", byte_range,

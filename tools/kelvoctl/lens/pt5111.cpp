@@ -28,7 +28,7 @@ Json done(Session& session, const char* what, std::int64_t (*operation)()) {
   return {{"module", name_of(module)}, {"pt5111", what}};
 }
 
-Json send(Session& session, const WordOptions& options) {
+Json send_word(Session& session, const WordOptions& options) {
   const LensModule module = session.lens();
   refuse_unless(with_pt5111.on(module), module, "has no PT5111");
   use_lens(session);
@@ -58,8 +58,8 @@ void add_pt5111(CommandTable& table) {
   table.add(group, "init", "Initialises it, as a boot does",
             [](Session& session) { return done(session, "initialised", PT5111_Initialize); });
   table.add(group, "stop", "Stops its motors and cuts their power",
-            [](Session& session) { return done(session, "stopped", stop); });
-  auto [command, options] = table.add<WordOptions>(group, "send", "Sends it one word", send);
+            [](Session& session) { return done(session, "stopped", ::stop); });
+  auto [command, options] = table.add<WordOptions>(group, "send", "Sends it one word", send_word);
   require(add_number(command, "WORD", options.word, word_range,
                      "Register in bits 15 to 10, then the value", ""));
 }

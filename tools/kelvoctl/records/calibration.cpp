@@ -47,7 +47,7 @@ RecordValues given_record(const RecordKind& kind, const std::string& file) {
   return json ? parse_json(kind, content, file) : parse_bytes(kind, content, file);
 }
 
-Json show(Session& session) {
+Json show_records(Session& session) {
   const LensModule module = session.lens();
   const RecordKind& kind = kind_of(module);
   const Stored record = boot_record(kind, module);
@@ -183,7 +183,7 @@ CLI::Option* add_file(CLI::App& command, RecordFileOptions& options,
 void add_calibration(CommandTable& table) {
   CLI::App& group = CommandTable::add_group(table.root(), "calibration",
                                             "Shows and replaces the unit's calibration record");
-  table.add(group, "show", "Shows the record that a boot loads", show);
+  table.add(group, "show", "Shows the record that a boot loads", show_records);
   auto [differing, diff_options] = table.add<RecordFileOptions>(
       group, "diff", "Compares it with its copies, with the controller, and with a file", diff);
   add_file(differing, diff_options, "Another record, JSON or raw");
