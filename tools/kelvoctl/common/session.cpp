@@ -36,6 +36,11 @@ void require_device(const char* path) {
 
 }  // namespace
 
+std::string silence(const std::string& axis, const std::string& hence) {
+  return std::string(wire::pan_tilt_device) + ": the " + axis + " controller does not answer" +
+         hence + ": see whether it has power";
+}
+
 LensModule Session::lens() const {
   if (given_lens) return *given_lens;
   const char* const text = std::getenv(lens_variable);
@@ -63,9 +68,7 @@ void Session::attach_lens() {
 
 int Session::attach_head() {
   if (const std::optional<int> family = find_head()) return *family;
-  throw Failure(ExitCode::link_failed, std::string(wire::pan_tilt_device) +
-                                           ": the pan controller does not answer: see whether "
-                                           "it has power");
+  throw Failure(ExitCode::link_failed, silence("pan"));
 }
 
 std::optional<int> Session::find_head() {

@@ -38,6 +38,10 @@ struct Modes {
   std::optional<std::chrono::microseconds> patience;  // with the bus lock
 };
 
+/// The line for a motor controller that does not answer, of "pan" or "tilt". `hence` goes on behind the
+/// fact: ", and ...".
+std::string silence(const std::string& axis, const std::string& hence = "");
+
 class Session {
  public:
   Modes modes;

@@ -6,7 +6,6 @@
 #include "tools/kelvoctl/common/lens_names.h"
 #include "tools/kelvoctl/head/head_axis.h"
 #include "tools/kelvoctl/head/head_status.h"
-#include "wire/paths.h"
 
 namespace kelvo::ctl {
 namespace {
@@ -18,9 +17,7 @@ Json head_json(Family family) { return family ? Json(head_name(*family)) : Json(
 /// The command goes on with the other controller, and fails in the end.
 bool answers_or_complain(Session& session, const HeadAxis& axis, Family family) {
   if ((family || axis.tilts) && answers(session, axis, family)) return true;
-  session.complain(ExitCode::link_failed,
-                   std::string(wire::pan_tilt_device) + ": the " + axis.name +
-                       " controller does not answer: see whether it has power");
+  session.complain(ExitCode::link_failed, silence(axis.name));
   return false;
 }
 

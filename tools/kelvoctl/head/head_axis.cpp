@@ -9,7 +9,6 @@
 #include "tools/kelvoctl/common/lens_names.h"
 #include "wire/pan_tilt.h"
 #include "wire/pan_tilt_registers.h"
-#include "wire/paths.h"
 
 namespace kelvo::ctl {
 namespace {
@@ -98,10 +97,9 @@ const std::array<HeadAxis, 2> head_axes{
 int attach_axis(Session& session, const HeadAxis& axis) {
   const std::optional<int> family = session.find_head();
   if (!family) {
-    throw Failure(ExitCode::link_failed,
-                  std::string(wire::pan_tilt_device) + ": the pan controller does not answer" +
-                      (axis.tilts ? ", and tells the family before tilt can be used" : "") +
-                      ": see whether it has power");
+    throw Failure(
+        ExitCode::link_failed,
+        silence("pan", axis.tilts ? ", and tells the family before tilt can be used" : ""));
   }
   check_answers(session, axis, *family);
   return *family;
@@ -116,8 +114,7 @@ bool answers(Session& session, const HeadAxis& axis, std::optional<int> family) 
 
 void check_answers(Session& session, const HeadAxis& axis, int family) {
   if (answers(session, axis, family)) return;
-  throw Failure(ExitCode::link_failed, std::string(wire::pan_tilt_device) + ": the " + axis.name +
-                                           " controller does not answer: see whether it has power");
+  throw Failure(ExitCode::link_failed, silence(axis.name));
 }
 
 void require_family(const HeadAxis& axis, int family, int required, const std::string& what) {
