@@ -122,7 +122,7 @@ Outcome boot_df033(Oracle& oracle, const Missing& missing) {
 
 namespace {
 
-constexpr Scenario rows[] = {
+constexpr Scenario boot_rows[] = {
     {"DownloadCode", "", as_loaded,
      [] { return Outcome{DownloadCode(0x22, 0xFFFFE000, 4, 0x12345678, image)}; },
      [](Oracle& oracle) { return Outcome{download(oracle, 0x12345678)}; }},
@@ -137,6 +137,6 @@ constexpr Scenario rows[] = {
 
 }  // namespace
 
-std::span<const Scenario> boot_scenarios() { return rows; }
+std::span<const Scenario> boot_scenarios() { return boot_rows; }
 
 }  // namespace kelvo::test::failure

@@ -19,7 +19,7 @@ Outcome received(Oracle::Query query) {
   return {query.result, query.answered ? Bytes{1, 2, 3, 4} : Bytes(4, 0)};
 }
 
-constexpr Scenario rows[] = {
+constexpr Scenario bus_rows[] = {
     // ---- bus lock and delays
     {"makeSem", "", as_loaded, [] { return Outcome{makeSem(key)}; },
      [](Oracle& oracle) { return Outcome{oracle.make_sem(key)}; }},
@@ -146,6 +146,6 @@ constexpr Scenario rows[] = {
 
 }  // namespace
 
-std::span<const Scenario> bus_scenarios() { return rows; }
+std::span<const Scenario> bus_scenarios() { return bus_rows; }
 
 }  // namespace kelvo::test::failure

@@ -8,10 +8,10 @@
 namespace kelvo::test::failure {
 namespace {
 
-// The values that are sent, in this order.
-constexpr std::uint8_t iris_values[] = {0xA1, 0xD1, 0xD3, 0xC5, 0xC6};
-constexpr std::uint8_t stabiliser_values[] = {0xA1, 0xD1, 0xD3, 0xD7, 0xD8, 0xE3,
-                                              0xD2, 0xD4, 0xD9, 0xDA, 0xE5};
+// In the order in which they are sent.
+constexpr std::uint8_t sent_iris_values[] = {0xA1, 0xD1, 0xD3, 0xC5, 0xC6};
+constexpr std::uint8_t sent_stabiliser_values[] = {0xA1, 0xD1, 0xD3, 0xD7, 0xD8, 0xE3,
+                                                   0xD2, 0xD4, 0xD9, 0xDA, 0xE5};
 
 void send_values(Oracle& oracle, std::span<const std::uint8_t> values, const Missing& missing) {
   for (const std::uint8_t value : values) {
@@ -31,22 +31,22 @@ void load_iris_record(Oracle& oracle, const Missing& missing) {
     oracle.print("Load default DC Calibration");
   }
   if (!open) {
-    oracle.skip_frames(static_cast<int>(std::size(iris_values) + std::size(iris_record)));
+    oracle.skip_frames(static_cast<int>(std::size(sent_iris_values) + std::size(iris_record)));
     return;
   }
   oracle.close_file(path);
-  send_values(oracle, iris_values, missing);
+  send_values(oracle, sent_iris_values, missing);
   for (std::size_t i = 0; i < std::size(iris_record); ++i) oracle.query();
 }
 
 int load_stabiliser_record(Oracle& oracle, const Missing& missing) {
   const std::string path = "/bin/OIS_S_Cali.dat";
   if (!oracle.open_file(path)) {
-    oracle.skip_frames(static_cast<int>(std::size(stabiliser_values)));
+    oracle.skip_frames(static_cast<int>(std::size(sent_stabiliser_values)));
     return -1;
   }
   oracle.close_file(path);
-  send_values(oracle, stabiliser_values, missing);
+  send_values(oracle, sent_stabiliser_values, missing);
   return 0;
 }
 
@@ -77,7 +77,7 @@ Outcome iris_range_rule(Oracle& oracle) {
   return {0, {0xC6, 0xC5}};
 }
 
-constexpr Scenario rows[] = {
+constexpr Scenario calibration_rows[] = {
     {"Load_DC", "DE015", de015, load_iris, load_iris_rule},
     {"Load_DC", "DF033", df033, load_iris, load_iris_rule},
     {"Load_DC", "T5391", t5391, load_iris, load_iris_rule},
@@ -90,6 +90,6 @@ constexpr Scenario rows[] = {
 
 }  // namespace
 
-std::span<const Scenario> calibration_scenarios() { return rows; }
+std::span<const Scenario> calibration_scenarios() { return calibration_rows; }
 
 }  // namespace kelvo::test::failure

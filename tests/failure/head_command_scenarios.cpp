@@ -81,7 +81,7 @@ sleep
 41: w 01
 sleep)";
 
-Outcome tilt_limits(Oracle& oracle) {
+Outcome set_tilt_limits(Oracle& oracle) {
   if (begin_on_vetra(oracle)) return writes(oracle, "41: w 05 0C 99 13 9C");
   const bool hall = oracle.head_read("41: w 4F r 1").bytes[0] != 0;
   return writes(oracle, hall ? "41: w 12 57 2D\n41: w 13 19 87" : "41: w 12 EA 60\n41: w 13 19 87");
@@ -94,7 +94,7 @@ Outcome wake_up(Oracle& oracle) {
   return {oracle.head_write(at(slave, "w")) == 0 ? 0 : -1};
 }
 
-constexpr HeadRow rows[] = {
+constexpr HeadRow head_command_rows[] = {
     {"PanLimitstep", called<PanLimitstep, 100>,
      [](Oracle& oracle) { return writes_by_family(oracle, "40: w 0A 00 05", ""); }},
     {"TiltLimitstep", called<TiltLimitstep, 100>,
@@ -107,7 +107,7 @@ constexpr HeadRow rows[] = {
      [](Oracle& oracle) {
        return writes_by_family(oracle, "40: w 05 05 F0 45 3D", "40: w 12 EA 60\n40: w 13 19 87");
      }},
-    {"TiltLimit", called<TiltLimit, 60000, 1000>, tilt_limits},
+    {"TiltLimit", called<TiltLimit, 60000, 1000>, set_tilt_limits},
     {"PanReset", called<PanReset>,
      [](Oracle& oracle) { return writes_by_family(oracle, "40: w 22", "40: w 01"); }},
     {"TiltReset", called<TiltReset>,
@@ -134,6 +134,6 @@ constexpr HeadRow rows[] = {
 
 }  // namespace
 
-std::span<const HeadRow> head_commands() { return rows; }
+std::span<const HeadRow> head_commands() { return head_command_rows; }
 
 }  // namespace kelvo::test::failure

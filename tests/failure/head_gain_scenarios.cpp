@@ -51,7 +51,7 @@ constexpr const char* tilt_still = R"(41: w 0C 01 0F
 41: w 0E 01 10
 41: w 10 01 11)";
 
-Outcome pan_absolute(Oracle& oracle) {
+Outcome pan_absolute_gains(Oracle& oracle) {
   if (!begin_on_vetra(oracle)) {
     writes(oracle, "40: w 0C 01 08\n40: w 0E 01 09\n40: w 10 01 0A");
     return written(0, 0, 0, 0, 0x10A, 0);
@@ -66,7 +66,7 @@ Outcome pan_absolute(Oracle& oracle) {
   return written(there ? 0x13F : 18, 0x120145, 0, 0, 0, 0);
 }
 
-Outcome tilt_absolute(Oracle& oracle) {
+Outcome tilt_absolute_gains(Oracle& oracle) {
   if (!begin_on_vetra(oracle)) {
     writes(oracle, "41: w 0C 01 16\n41: w 0E 01 17\n41: w 10 01 18");
     return written(0, 0, 0, 0, 0, 0x118);
@@ -81,7 +81,7 @@ Outcome tilt_absolute(Oracle& oracle) {
   return written(0, 0, near ? 33 : 0x14D, 0x120153, 0, 0);
 }
 
-Outcome tilt_slow(Oracle& oracle) {
+Outcome tilt_slow_gains(Oracle& oracle) {
   if (!begin_on_vetra(oracle)) {
     writes(oracle, tilt_still);
     return written(0, 0, 0, 0, 0, 0x111);
@@ -91,7 +91,7 @@ Outcome tilt_slow(Oracle& oracle) {
   return written(0, 0, 40, 0x12014C, 0, 0);
 }
 
-Outcome stop(Oracle& oracle) {
+Outcome stop_gains(Oracle& oracle) {
   if (begin_on_vetra(oracle)) {
     writes(oracle, pan_row);
     writes(oracle, tilt_row);
@@ -102,7 +102,7 @@ Outcome stop(Oracle& oracle) {
   return written(0, 0, 0, 0, 0x11F, 0x111);
 }
 
-constexpr HeadRow rows[] = {
+constexpr HeadRow head_gain_rows[] = {
     {"Init_Setup_PID",
      [] {
        return Outcome{Init_Setup_PID(table), {static_cast<std::uint8_t>(giMOTOR_Init_Reg[0])}};
@@ -139,14 +139,15 @@ constexpr HeadRow rows[] = {
        oracle.init_i2c();
        return writes(oracle, "41: w 13 00 00 00 01\n41: w 15 00 00 00 02");
      }},
-    {"Pan_Setup_PID", tuned<Pan_Setup_PID, 1, 7200, 65535>, pan_absolute},
-    {"Tilt_Setup_PID", tuned<Tilt_Setup_PID, 1, 7200, 45145>, tilt_absolute},
-    {"Tilt_Setup_PID", tuned<Tilt_Setup_PID, 0, 100, 0>, tilt_slow, "Vetra_slow", "Tasmere_slow"},
-    {"Set_stop_PID", tuned<Set_stop_PID>, stop},
+    {"Pan_Setup_PID", tuned<Pan_Setup_PID, 1, 7200, 65535>, pan_absolute_gains},
+    {"Tilt_Setup_PID", tuned<Tilt_Setup_PID, 1, 7200, 45145>, tilt_absolute_gains},
+    {"Tilt_Setup_PID", tuned<Tilt_Setup_PID, 0, 100, 0>, tilt_slow_gains, "Vetra_slow",
+     "Tasmere_slow"},
+    {"Set_stop_PID", tuned<Set_stop_PID>, stop_gains},
 };
 
 }  // namespace
 
-std::span<const HeadRow> head_gains() { return rows; }
+std::span<const HeadRow> head_gains() { return head_gain_rows; }
 
 }  // namespace kelvo::test::failure

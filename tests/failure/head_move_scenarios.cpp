@@ -48,7 +48,7 @@ Outcome limited_tilt_absolute(Oracle& oracle) {
   return writes(oracle, hall ? "41: w 42 57 2C 5F FF" : "41: w 42 DC 70 A0 01");
 }
 
-constexpr HeadRow rows[] = {
+constexpr HeadRow head_move_rows[] = {
     {"PanContinuousMove", called<PanContinuousMove, 0, 9000>,
      [](Oracle& oracle) {
        return writes_by_family(oracle, "40: w 03 01 1C 20", "40: w 07 7F FF");
@@ -71,6 +71,6 @@ constexpr HeadRow rows[] = {
 
 }  // namespace
 
-std::span<const HeadRow> head_moves() { return rows; }
+std::span<const HeadRow> head_moves() { return head_move_rows; }
 
 }  // namespace kelvo::test::failure

@@ -15,9 +15,9 @@ Outcome position() {
   return {result, words({pos})};
 }
 
-/// Two numbers behind two pointers.
+/// Behind two pointers.
 template <auto function, auto... arguments>
-Outcome pair() {
+Outcome two_numbers() {
   Init_I2C();
   std::uint32_t first = 0xEEEEEEEE;
   std::uint32_t second = 0xEEEEEEEE;
@@ -33,29 +33,29 @@ Outcome tilt_hall_setting() {
 
 // ---- rules ---------------------------------------------------------------------------------------
 
-std::uint32_t byte(Oracle& oracle, const std::string& message) {
+std::uint32_t byte_read(Oracle& oracle, const std::string& message) {
   return oracle.head_read(message).bytes[0];
 }
-std::uint32_t word(Oracle& oracle, const std::string& message) {
+std::uint32_t word_read(Oracle& oracle, const std::string& message) {
   return number_in(oracle.head_read(message).bytes);
 }
 
 constexpr Outcome yes_or_minus_one(bool yes) { return {yes ? 0 : -1}; }
 
 Outcome pan_position(Oracle& oracle) {
-  if (!begin_on_vetra(oracle)) return {0, words({word(oracle, "40: w 04 r 2")})};
-  const std::uint32_t left = 18'000 - word(oracle, "40: w 32 r 2");
+  if (!begin_on_vetra(oracle)) return {0, words({word_read(oracle, "40: w 04 r 2")})};
+  const std::uint32_t left = 18'000 - word_read(oracle, "40: w 32 r 2");
   return {0, words({(left * 65'535 * 2 / 18'000 + 1) / 2})};
 }
 
 Outcome tilt_position(Oracle& oracle) {
   if (begin_on_vetra(oracle)) {
-    const std::uint32_t count = word(oracle, "41: w 32 r 2");
+    const std::uint32_t count = word_read(oracle, "41: w 32 r 2");
     const std::uint32_t left = count < 3'500 ? 3'500 - count : 21'500 - count;
     return {0, words({left * 65'535 / 18'000})};
   }
-  const bool hall = byte(oracle, "41: w 4F r 1") == 1;
-  const std::uint32_t pos = word(oracle, "41: w 04 r 2");
+  const bool hall = byte_read(oracle, "41: w 4F r 1") == 1;
+  const std::uint32_t pos = word_read(oracle, "41: w 04 r 2");
   if (!hall) return {0, words({pos})};
   return {0, words({pos < 27'852 ? pos + 37'683 : pos - 27'852})};
 }
@@ -68,9 +68,9 @@ Outcome tasmere_version(Oracle& oracle, const char* message) {
 template <int slave>
 Outcome calibrated(Oracle& oracle) {
   if (begin_on_vetra(oracle)) {
-    return yes_or_minus_one((byte(oracle, at(slave, "w 31 r 1")) & 3) == 2);
+    return yes_or_minus_one((byte_read(oracle, at(slave, "w 31 r 1")) & 3) == 2);
   }
-  return yes_or_minus_one(byte(oracle, at(slave, "w 02 r 1")) == 1);
+  return yes_or_minus_one(byte_read(oracle, at(slave, "w 02 r 1")) == 1);
 }
 
 /// A byte of a Tasmere: -1 when it cannot be read.
@@ -82,10 +82,10 @@ std::int64_t told(Oracle& oracle, const std::string& message) {
 template <int slave>
 Outcome at_rest(Oracle& oracle) {
   if (begin_on_vetra(oracle)) {
-    return yes_or_minus_one((byte(oracle, at(slave, "w 31 r 1")) & 4) != 0);
+    return yes_or_minus_one((byte_read(oracle, at(slave, "w 31 r 1")) & 4) != 0);
   }
   if (told(oracle, at(slave, "w 30 r 1")) != 0) return {0};
-  return yes_or_minus_one(byte(oracle, at(slave, "w 03 r 1")) == 0);
+  return yes_or_minus_one(byte_read(oracle, at(slave, "w 03 r 1")) == 0);
 }
 
 template <int slave>
@@ -100,12 +100,12 @@ Outcome program_state(Oracle& oracle) {
 
 template <int slave>
 Outcome temperature(Oracle& oracle) {
-  return {begin_on_vetra(oracle) ? 0 : word(oracle, at(slave, "w 9B r 2"))};
+  return {begin_on_vetra(oracle) ? 0 : word_read(oracle, at(slave, "w 9B r 2"))};
 }
 
 template <int slave>
 Outcome limit_enable(Oracle& oracle) {
-  if (begin_on_vetra(oracle)) return {byte(oracle, at(slave, "w 33 r 1"))};
+  if (begin_on_vetra(oracle)) return {byte_read(oracle, at(slave, "w 33 r 1"))};
   return {oracle.head_read(at(slave, "w 1A r 2")).bytes[1] == 2 ? 1 : 0};
 }
 
@@ -117,15 +117,15 @@ Outcome both(Oracle& oracle, const std::string& message) {
 
 Outcome pan_limits(Oracle& oracle) {
   if (begin_on_vetra(oracle)) return both(oracle, "40: w 34 r 4");
-  const std::uint32_t start = word(oracle, "40: w 4A r 2");
-  return {0, words({start, start + word(oracle, "40: w 4B r 2")})};
+  const std::uint32_t start = word_read(oracle, "40: w 4A r 2");
+  return {0, words({start, start + word_read(oracle, "40: w 4B r 2")})};
 }
 
 Outcome tilt_limits(Oracle& oracle) {
   if (begin_on_vetra(oracle)) return both(oracle, "41: w 34 r 4");
-  const bool hall = byte(oracle, "41: w 4F r 1") != 0;
-  const std::uint32_t start = word(oracle, "41: w 4A r 4") - (hall ? 27'852 : 0);
-  const std::uint32_t length = word(oracle, "41: w 4B r 4");
+  const bool hall = byte_read(oracle, "41: w 4F r 1") != 0;
+  const std::uint32_t start = word_read(oracle, "41: w 4A r 4") - (hall ? 27'852 : 0);
+  const std::uint32_t length = word_read(oracle, "41: w 4B r 4");
   return {0, words({start, start + (hall ? length : 0)})};
 }
 
@@ -135,7 +135,7 @@ Outcome vetra_gains(Oracle& oracle) {
   return {0, words({0xEEEEEEEE, 0xEEEEEEEE})};
 }
 
-constexpr HeadRow rows[] = {
+constexpr HeadRow head_query_rows[] = {
     {"GetMotorType", called<GetMotorType>,
      [](Oracle& oracle) { return Outcome{begin_on_vetra(oracle) ? 1 : 2}; }},
     {"GetPanPos", position<GetPanPos>, pan_position},
@@ -143,7 +143,7 @@ constexpr HeadRow rows[] = {
     {"GetPanVersion", called<GetPanVersion>,
      [](Oracle& oracle) {
        oracle.init_i2c();  // and nobody has asked for the family
-       return Outcome{byte(oracle, "40: w 30 r 1")};
+       return Outcome{byte_read(oracle, "40: w 30 r 1")};
      }},
     {"GetTiltVersion", called<GetTiltVersion>,
      [](Oracle& oracle) {
@@ -154,12 +154,12 @@ constexpr HeadRow rows[] = {
     {"GetPanHallSetting", called<GetPanHallSetting>,
      [](Oracle& oracle) {
        if (begin_on_vetra(oracle)) return Outcome{0};
-       return Outcome{byte(oracle, "40: w 4F r 1") == 1 ? 1 : 0};
+       return Outcome{byte_read(oracle, "40: w 4F r 1") == 1 ? 1 : 0};
      }},
     {"GetTiltHallSetting", tilt_hall_setting,
      [](Oracle& oracle) {
        if (begin_on_vetra(oracle)) return Outcome{1, words({0xFFFFFFFF})};
-       const std::uint32_t setting = byte(oracle, "41: w 4F r 1");
+       const std::uint32_t setting = byte_read(oracle, "41: w 4F r 1");
        return Outcome{setting == 1 ? 1 : 0, words({setting})};
      }},
     {"GetPanStatus", called<GetPanStatus>, at_rest<40>},
@@ -182,14 +182,14 @@ constexpr HeadRow rows[] = {
      }},
     {"GetPanLimitEn", called<GetPanLimitEn>, limit_enable<40>},
     {"GetTiltLimitEn", called<GetTiltLimitEn>, limit_enable<41>},
-    {"GetPanLimitPos", pair<GetPanLimitPos>, pan_limits},
-    {"GetTiltLimitPos", pair<GetTiltLimitPos>, tilt_limits},
-    {"GetVetraPanPID", pair<GetVetraPanPID, 16>, vetra_gains<40>},
-    {"GetVetraTiltPID", pair<GetVetraTiltPID, 16>, vetra_gains<41>},
+    {"GetPanLimitPos", two_numbers<GetPanLimitPos>, pan_limits},
+    {"GetTiltLimitPos", two_numbers<GetTiltLimitPos>, tilt_limits},
+    {"GetVetraPanPID", two_numbers<GetVetraPanPID, 16>, vetra_gains<40>},
+    {"GetVetraTiltPID", two_numbers<GetVetraTiltPID, 16>, vetra_gains<41>},
 };
 
 }  // namespace
 
-std::span<const HeadRow> head_queries() { return rows; }
+std::span<const HeadRow> head_queries() { return head_query_rows; }
 
 }  // namespace kelvo::test::failure

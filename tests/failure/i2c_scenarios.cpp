@@ -14,7 +14,7 @@ Outcome read_rule(Oracle& oracle) {
   return {answered ? 0 : -1, answered ? Bytes{0x56, 0x78} : Bytes(2, 0)};
 }
 
-constexpr Scenario rows[] = {
+constexpr Scenario i2c_rows[] = {
     {"Init_I2C", "", as_loaded, [] { return Outcome{Init_I2C()}; },
      [](Oracle& oracle) { return Outcome{oracle.init_i2c()}; }},
     {"Release_I2C", "", as_loaded,
@@ -57,6 +57,6 @@ constexpr Scenario rows[] = {
 
 }  // namespace
 
-std::span<const Scenario> i2c_scenarios() { return rows; }
+std::span<const Scenario> i2c_scenarios() { return i2c_rows; }
 
 }  // namespace kelvo::test::failure

@@ -5,19 +5,11 @@
 namespace kelvo::test::failure {
 namespace {
 
-/// 40 steps.
-template <auto function>
-Outcome move() {
-  return {function(100, 40)};
-}
-
 template <std::int64_t (*steps)(Oracle&)>
 Outcome unheeded(Oracle& oracle) {
   steps(oracle);
   return {0};
 }
-
-Outcome nothing(Oracle& /*oracle*/) { return {0}; }
 
 Outcome drive_coil(Oracle& oracle) {
   oracle.command(9);
@@ -34,17 +26,17 @@ Outcome convert(Oracle& oracle) {
   return {oracle.query().answered ? 0x0304 : 0};
 }
 
-constexpr Scenario rows[] = {
-    {"setIrisForward", "DE015", de015, move<setIrisForward>, unheeded<step_driver>},
-    {"setIrisForward", "DF033", df033, move<setIrisForward>, nothing},
-    {"setIrisBackward", "DE015", de015, move<setIrisBackward>, unheeded<step_driver>},
-    {"setICRon", "DE015", de015, move<setICRon>, unheeded<switch_filter>},
-    {"setICRon", "DF033", df033, move<setICRon>, unheeded<switch_filter>},
-    {"setICRon", "T5391", t5391, move<setICRon>, drive_coil},
-    {"setICRon", "unserved", unserved_module, move<setICRon>, nothing},
-    {"setICRoff", "DF033", df033, move<setICRoff>, unheeded<switch_filter>},
-    {"setICRoff", "T5391", t5391, move<setICRoff>, drive_coil},
-    {"setICRoff", "latched", as_loaded, move<setICRoff>, unheeded<switch_filter>},
+constexpr Scenario iris_rows[] = {
+    {"setIrisForward", "DE015", de015, move_40_steps<setIrisForward>, unheeded<step_driver>},
+    {"setIrisForward", "DF033", df033, move_40_steps<setIrisForward>, nothing},
+    {"setIrisBackward", "DE015", de015, move_40_steps<setIrisBackward>, unheeded<step_driver>},
+    {"setICRon", "DE015", de015, move_40_steps<setICRon>, unheeded<switch_filter>},
+    {"setICRon", "DF033", df033, move_40_steps<setICRon>, unheeded<switch_filter>},
+    {"setICRon", "T5391", t5391, move_40_steps<setICRon>, drive_coil},
+    {"setICRon", "unserved", unserved_module, move_40_steps<setICRon>, nothing},
+    {"setICRoff", "DF033", df033, move_40_steps<setICRoff>, unheeded<switch_filter>},
+    {"setICRoff", "T5391", t5391, move_40_steps<setICRoff>, drive_coil},
+    {"setICRoff", "latched", as_loaded, move_40_steps<setICRoff>, unheeded<switch_filter>},
     {"setDCIrisABS", "", df033, [] { return Outcome{setDCIrisABS(0x12345)}; },
      [](Oracle& oracle) {
        oracle.command();
@@ -60,6 +52,6 @@ constexpr Scenario rows[] = {
 
 }  // namespace
 
-std::span<const Scenario> iris_scenarios() { return rows; }
+std::span<const Scenario> iris_scenarios() { return iris_rows; }
 
 }  // namespace kelvo::test::failure

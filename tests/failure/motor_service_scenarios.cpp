@@ -1,3 +1,4 @@
+#include "failure/rules.h"
 #include "failure/scenario.h"
 #include "kelvo.h"
 
@@ -29,7 +30,6 @@ Outcome preset() {
 }
 
 Outcome write(Oracle& oracle) { return {oracle.command()}; }
-Outcome nothing(Oracle& /*oracle*/) { return {0}; }
 
 template <auto function>
 Outcome status() {
@@ -53,12 +53,6 @@ Outcome lower_zoom_1(Oracle& oracle) {
   return {oracle.command()};
 }
 
-template <int frames>
-Outcome unheeded_writes(Oracle& oracle) {
-  oracle.command(frames);
-  return {0};
-}
-
 template <auto function, int argument>
 Outcome switching() {
   return {function(argument)};
@@ -71,7 +65,7 @@ Outcome interrupter_level(Oracle& oracle) {
   return {0};  // 0x0304 is below the threshold
 }
 
-constexpr Scenario rows[] = {
+constexpr Scenario motor_service_rows[] = {
     {"GetZoom1Count", "DE015", de015, ask<GetZoom1Count>, whole_count},
     {"GetZoom1Count", "DF033", df033, ask<GetZoom1Count>, whole_count},
     {"GetZoom1Count", "T5391", t5391, ask<GetZoom1Count>, folded_count},
@@ -128,6 +122,6 @@ constexpr Scenario rows[] = {
 
 }  // namespace
 
-std::span<const Scenario> motor_service_scenarios() { return rows; }
+std::span<const Scenario> motor_service_scenarios() { return motor_service_rows; }
 
 }  // namespace kelvo::test::failure

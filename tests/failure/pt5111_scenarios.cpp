@@ -35,12 +35,6 @@ Outcome rule(Oracle& oracle) {
 
 Outcome word_rule(Oracle& oracle) { return {oracle.driver_word()}; }
 
-/// A move of 40 steps at speed 100.
-template <std::int64_t (*function)(std::uint8_t, std::uint32_t)>
-Outcome move() {
-  return {function(100, 40)};
-}
-
 /// A move of 40 steps at the function's own speed.
 template <std::int64_t (*function)(std::uint32_t)>
 Outcome steps() {
@@ -52,12 +46,12 @@ Outcome block_move() {
   return {function(0x4000, 512, 100, 40)};
 }
 
-Outcome word() { return {SendPT5111CMD(0xCFC0)}; }
+Outcome send_word() { return {SendPT5111CMD(0xCFC0)}; }
 
-constexpr Scenario rows[] = {
-    {"SendPT5111CMD", "DE015", de015, word, word_rule},
-    {"SendPT5111CMD", "DF033", df033, word, word_rule},
-    {"SendPT5111CMD", "T5391", t5391, word, word_rule},
+constexpr Scenario pt5111_rows[] = {
+    {"SendPT5111CMD", "DE015", de015, send_word, word_rule},
+    {"SendPT5111CMD", "DF033", df033, send_word, word_rule},
+    {"SendPT5111CMD", "T5391", t5391, send_word, word_rule},
     {"SteppingMove", "DE015", de015, block_move<SteppingMove>, rule<step_driver>},
     {"uSteppingMove", "DF033", df033, block_move<uSteppingMove>, rule<step_driver>},
     {"stop", "DE015", de015, [] { return Outcome{stop()}; }, rule<stop_driver>},
@@ -70,10 +64,10 @@ constexpr Scenario rows[] = {
      rule<initialise_driver>},
     {"PT5111_Initialize", "DF033", df033, [] { return Outcome{PT5111_Initialize()}; },
      rule<initialise_driver>},
-    {"PT5111Zoom1Forward", "", df033, move<PT5111Zoom1Forward>, rule<step_driver>},
-    {"PT5111Zoom1Backward", "", df033, move<PT5111Zoom1Backward>, rule<step_driver>},
-    {"uPT5111Zoom1Forward", "", df033, move<uPT5111Zoom1Forward>, rule<step_driver>},
-    {"uPT5111Zoom1Backward", "", df033, move<uPT5111Zoom1Backward>, rule<step_driver>},
+    {"PT5111Zoom1Forward", "", df033, move_40_steps<PT5111Zoom1Forward>, rule<step_driver>},
+    {"PT5111Zoom1Backward", "", df033, move_40_steps<PT5111Zoom1Backward>, rule<step_driver>},
+    {"uPT5111Zoom1Forward", "", df033, move_40_steps<uPT5111Zoom1Forward>, rule<step_driver>},
+    {"uPT5111Zoom1Backward", "", df033, move_40_steps<uPT5111Zoom1Backward>, rule<step_driver>},
     {"PT5111PI1", "DE015", de015, [] { return Outcome{PT5111PI1(1)}; }, word_rule},
     {"PT5111Zoom1OFF", "DE015", de015, [] { return Outcome{PT5111Zoom1OFF()}; },
      [](Oracle& oracle) {
@@ -89,6 +83,6 @@ constexpr Scenario rows[] = {
 
 }  // namespace
 
-std::span<const Scenario> pt5111_scenarios() { return rows; }
+std::span<const Scenario> pt5111_scenarios() { return pt5111_rows; }
 
 }  // namespace kelvo::test::failure

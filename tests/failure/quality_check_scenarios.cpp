@@ -8,8 +8,8 @@ namespace kelvo::test::failure {
 namespace {
 
 /// In the order in which the check of the stabiliser reads them.
-constexpr std::uint8_t stabiliser_values[] = {0xA1, 0xD1, 0xD3, 0xD7, 0xD8, 0xE3, 0x96, 0x9A,
-                                              0xD2, 0xD4, 0xD9, 0xDA, 0xE5, 0x97, 0x9B};
+constexpr std::uint8_t checked_stabiliser_values[] = {
+    0xA1, 0xD1, 0xD3, 0xD7, 0xD8, 0xE3, 0x96, 0x9A, 0xD2, 0xD4, 0xD9, 0xDA, 0xE5, 0x97, 0x9B};
 
 Missing read_values(Oracle& oracle, std::span<const std::uint8_t> values) {
   Missing missing;
@@ -45,11 +45,11 @@ Outcome check_stabiliser(Oracle& oracle) {
   const bool finished = oracle.query().answered;
   oracle.pause(1);
   if (!finished) {
-    oracle.skip_frames(1 + static_cast<int>(std::size(stabiliser_values)));
+    oracle.skip_frames(1 + static_cast<int>(std::size(checked_stabiliser_values)));
     return end_stabiliser_check(oracle, -1, {});
   }
   const int error = oracle.query().answered ? 3 : 0;
-  const Missing missing = read_values(oracle, stabiliser_values);
+  const Missing missing = read_values(oracle, checked_stabiliser_values);
   return end_stabiliser_check(oracle, error, write_record(oracle, "OIS_S_Cali.dat", missing));
 }
 
@@ -78,7 +78,7 @@ Outcome check_iris(Oracle& oracle) {
 Outcome call_stabiliser_check() { return {OIS_Quality_Check()}; }
 Outcome call_iris_check() { return {DC_Quality_Check()}; }
 
-constexpr Scenario rows[] = {
+constexpr Scenario quality_check_rows[] = {
     {"OIS_Quality_Check", "", de015, call_stabiliser_check, check_stabiliser},
     {"OIS_Quality_Check", "latched", as_loaded, call_stabiliser_check, check_stabiliser},
     {"DC_Quality_Check", "", df033, call_iris_check, check_iris, true},
@@ -87,6 +87,6 @@ constexpr Scenario rows[] = {
 
 }  // namespace
 
-std::span<const Scenario> quality_check_scenarios() { return rows; }
+std::span<const Scenario> quality_check_scenarios() { return quality_check_rows; }
 
 }  // namespace kelvo::test::failure

@@ -32,6 +32,16 @@ std::int64_t step_driver(Oracle& oracle);
 std::int64_t switch_filter(Oracle& oracle);
 std::int64_t initialise_driver(Oracle& oracle);
 
+/// What the fitted module does not have.
+inline Outcome nothing(Oracle& /*oracle*/) { return {0}; }
+
+/// Writes of which the caller hears nothing.
+template <int frames>
+Outcome unheeded_writes(Oracle& oracle) {
+  oracle.command(frames);
+  return {0};
+}
+
 }  // namespace kelvo::test::failure
 
 #endif

@@ -49,6 +49,12 @@ std::string name_of(const Scenario& scenario);
 /// A caller's buffer before the call, so that a byte that nobody wrote can be told.
 inline constexpr std::uint8_t untouched = 0xEE;
 
+/// At speed 100.
+template <auto function>
+Outcome move_40_steps() {
+  return {function(100, 40)};
+}
+
 // Lens modules.
 inline constexpr Setting as_loaded = {};
 inline constexpr Setting de015 = {.variant = 7};

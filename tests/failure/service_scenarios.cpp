@@ -24,7 +24,7 @@ Outcome version_rule(Oracle& oracle) {
 
 std::int32_t lens_type(const Oracle& oracle) { return oracle.latch == -1 ? -1 : oracle.variant; }
 
-constexpr Scenario rows[] = {
+constexpr Scenario service_rows[] = {
     {"SetLensType", "", as_loaded, [] { return Outcome{SetLensType(8)}; },
      [](Oracle& oracle) {
        oracle.variant = 8;
@@ -80,6 +80,6 @@ constexpr Scenario rows[] = {
 
 }  // namespace
 
-std::span<const Scenario> service_scenarios() { return rows; }
+std::span<const Scenario> service_scenarios() { return service_rows; }
 
 }  // namespace kelvo::test::failure

@@ -1,3 +1,4 @@
+#include "failure/rules.h"
 #include "failure/scenario.h"
 #include "kelvo.h"
 
@@ -8,14 +9,6 @@ template <auto function>
 Outcome set() {
   return {function(1)};
 }
-
-template <int frames>
-Outcome unheeded_writes(Oracle& oracle) {
-  oracle.command(frames);
-  return {0};
-}
-
-Outcome nothing(Oracle& /*oracle*/) { return {0}; }
 
 template <auto function>
 Outcome read() {
@@ -62,7 +55,7 @@ Outcome switch_on_detection(Oracle& oracle) {
   return {0};
 }
 
-constexpr Scenario rows[] = {
+constexpr Scenario stabiliser_rows[] = {
     {"OIS_En", "", de015, set<OIS_En>, unheeded_writes<2>},
     {"OIS_En", "latched", as_loaded, set<OIS_En>, unheeded_writes<2>},
     {"OIS_Pause", "DE015", de015, set<OIS_Pause>, unheeded_writes<1>},
@@ -95,6 +88,6 @@ constexpr Scenario rows[] = {
 
 }  // namespace
 
-std::span<const Scenario> stabiliser_scenarios() { return rows; }
+std::span<const Scenario> stabiliser_scenarios() { return stabiliser_rows; }
 
 }  // namespace kelvo::test::failure
