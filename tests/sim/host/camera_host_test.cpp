@@ -14,6 +14,7 @@
 #include <cerrno>
 #include <cstdint>
 
+#include "sim/host/device_calls.h"
 #include "sim/host/installed_camera.h"
 
 namespace {
@@ -23,23 +24,8 @@ using kelvo::sim::Device;
 using kelvo::sim::Settings;
 using kelvo::sim::SleepCall;
 using kelvo::test::InstalledCamera;
+using kelvo::test::transfer;
 using namespace std::chrono_literals;
-
-struct TransferRecord {
-  const std::uint8_t* transmit;
-  std::uint8_t* receive;
-  std::uint32_t length;
-  std::uint32_t reserved;
-};
-
-/// A transfer request on a descriptor: its result, or the error number as a negative one.
-int transfer(int descriptor, const std::uint8_t* transmit, std::uint8_t* receive,
-             std::uint32_t length) {
-  TransferRecord record{transmit, receive, length, 0};
-  errno = 0;
-  const int result = ioctl(descriptor, 0xc0185201UL, &record);
-  return result < 0 ? -errno : result;
-}
 
 int i2c(int descriptor, i2c_msg* messages, unsigned count) {
   i2c_rdwr_ioctl_data request{messages, count};

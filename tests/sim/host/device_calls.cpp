@@ -26,6 +26,12 @@ int request(int descriptor, unsigned long number, void* argument) {
 
 }  // namespace
 
+int transfer(int descriptor, const std::uint8_t* transmit, std::uint8_t* receive,
+             std::uint32_t length) {
+  TransferRecord record{transmit, receive, length, 0};
+  return request(descriptor, 0xc0185201UL, &record);
+}
+
 OpenDevice::OpenDevice(const char* path) : descriptor_(open(path, O_RDWR)) {
   if (descriptor_ < 0) std::abort();
 }
@@ -34,8 +40,8 @@ OpenDevice::~OpenDevice() { close(descriptor_); }
 
 int OpenDevice::transfer(std::vector<std::uint8_t> bytes) const {
   std::vector<std::uint8_t> received(bytes.size());
-  TransferRecord record{bytes.data(), received.data(), static_cast<std::uint32_t>(bytes.size()), 0};
-  return request(descriptor_, 0xc0185201UL, &record);
+  return test::transfer(descriptor_, bytes.data(), received.data(),
+                        static_cast<std::uint32_t>(bytes.size()));
 }
 
 int OpenDevice::write(int slave, std::vector<std::uint8_t> bytes) const {

@@ -7,6 +7,10 @@
 
 namespace kelvo::test {
 
+/// A full-duplex transfer on a descriptor: 0, or a negative error number.
+int transfer(int descriptor, const std::uint8_t* transmit, std::uint8_t* receive,
+             std::uint32_t length);
+
 /// A device that is open while it lives.
 class OpenDevice {
  public:

@@ -8,12 +8,14 @@
 #include <ostream>
 
 #include "sim/host/installed_camera.h"
+#include "sim/host/library_calls.h"
 
 namespace {
 
 using kelvo::sim::camera::BootRecord;
 using kelvo::sim::camera::FrameKind;
 using kelvo::test::InstalledCamera;
+using kelvo::test::read_back;
 using kelvo::test::TestFolder;
 using namespace std::chrono_literals;
 
@@ -171,13 +173,6 @@ TEST(LibraryBoot, OpensTheI2cBusToTheHead) {
   EXPECT_EQ(buffer[1], 0);
   EXPECT_EQ(SendI2C(41, 28, nullptr, 0), 1);
   EXPECT_EQ(camera.state().violations().total(), 0u);
-}
-
-/// The 16-bit answer of the program that runs.
-int read_back(std::uint8_t query) {
-  std::uint8_t reply[4] = {};
-  EXPECT_EQ(RecvCommand(query, 0, reply), 0);
-  return reply[2] << 8 | reply[3];
 }
 
 TEST(LibraryCalibration, ComesFromTheDefaultRecordOnT5391) {

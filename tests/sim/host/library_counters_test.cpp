@@ -2,24 +2,20 @@
 // motors move and takes their power away.
 #include <gtest/gtest.h>
 #include <kelvo.h>
-#include <time.h>
 
 #include <cstdint>
 #include <ostream>
 
 #include "sim/host/installed_camera.h"
+#include "sim/host/library_calls.h"
 
 namespace {
 
 using kelvo::sim::camera::Output;
 using kelvo::test::InstalledCamera;
+using kelvo::test::pass_ms;
 
-void pass_ms(std::int64_t milliseconds) {
-  const timespec time{milliseconds / 1000, milliseconds % 1000 * 1'000'000};
-  nanosleep(&time, nullptr);
-}
-
-struct Row {
+struct CounterRow {
   const char* name;
   std::int32_t (*boot)();
   std::uint32_t (*forward)(std::uint8_t speed, std::uint32_t steps);
@@ -33,10 +29,10 @@ struct Row {
   std::uint32_t preset_reads;  // what is read then
 };
 
-void PrintTo(const Row& row, std::ostream* stream) { *stream << row.name; }
+void PrintTo(const CounterRow& row, std::ostream* stream) { *stream << row.name; }
 
 // clang-format off
-const Row rows[] = {
+const CounterRow counter_rows[] = {
   // The two that are only cleared do not take the count.
   {"De015Zoom1", Init30516, setZoom1Forward, setZoom1Backward, SetZoom1Count, GetZoom1Count, getZoom1Status, setZoom1PowerOff, 1, 5000, 0},
   {"De015Zoom2", Init30516, setZoom2Forward, setZoom2Backward, SetZoom2Count, GetZoom2Count, getZoom2Status, setZoom2PowerOff, 8, 5000, 5000},
@@ -48,9 +44,9 @@ const Row rows[] = {
 };
 // clang-format on
 
-class LibraryCounter : public testing::TestWithParam<Row> {};
+class LibraryCounter : public testing::TestWithParam<CounterRow> {};
 
-bool is_running(const Row& row) {
+bool is_running(const CounterRow& row) {
   std::uint8_t running = 7;
   EXPECT_EQ(row.status(&running), 0);
   EXPECT_TRUE(running == 0 || running == 1);
@@ -58,7 +54,7 @@ bool is_running(const Row& row) {
 }
 
 TEST_P(LibraryCounter, FollowsMovesFromItsPreset) {
-  const Row& row = GetParam();
+  const CounterRow& row = GetParam();
   InstalledCamera camera;
   ASSERT_EQ(row.boot(), 0);
   EXPECT_EQ(row.count(), 0u);
@@ -76,7 +72,7 @@ TEST_P(LibraryCounter, FollowsMovesFromItsPreset) {
 }
 
 TEST_P(LibraryCounter, StandsStillWhenTheMotorIsDone) {
-  const Row& row = GetParam();
+  const CounterRow& row = GetParam();
   InstalledCamera camera;
   ASSERT_EQ(row.boot(), 0);
   EXPECT_FALSE(is_running(row));
@@ -95,7 +91,7 @@ TEST_P(LibraryCounter, StandsStillWhenTheMotorIsDone) {
 }
 
 TEST_P(LibraryCounter, StandsStillWithoutPowerUntilTheNextMove) {
-  const Row& row = GetParam();
+  const CounterRow& row = GetParam();
   InstalledCamera camera;
   ASSERT_EQ(row.boot(), 0);
   row.forward(255, 1000);
@@ -114,7 +110,7 @@ TEST_P(LibraryCounter, StandsStillWithoutPowerUntilTheNextMove) {
   EXPECT_EQ(camera.state().violations().total(), 0u) << camera.report();
 }
 
-INSTANTIATE_TEST_SUITE_P(Motors, LibraryCounter, testing::ValuesIn(rows),
+INSTANTIATE_TEST_SUITE_P(Motors, LibraryCounter, testing::ValuesIn(counter_rows),
                          [](const auto& instance) { return std::string(instance.param.name); });
 
 TEST(LibraryCounters, OfZoom1AndZoom3LoseTheirSign) {

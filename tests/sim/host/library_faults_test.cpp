@@ -5,20 +5,22 @@
 #include <gtest/gtest.h>
 #include <kelvo.h>
 #include <stdlib.h>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstdint>
 #include <string>
 
 #include "sim/fault/parse.h"
+#include "sim/host/device_calls.h"
 #include "sim/host/installed_camera.h"
+#include "sim/host/library_calls.h"
 #include "sim/host/library_head.h"
 
 namespace {
 
 using kelvo::test::InstalledCamera;
 using kelvo::test::pass_ms;
+using kelvo::test::transfer;
 
 constexpr std::uint8_t latched = 0xFF;
 
@@ -79,18 +81,10 @@ TEST(ErrorFault, HasTheErrorNumberThatItNames) {
   ASSERT_EQ(InitSPI(), 0);
   const std::uint8_t frame[5] = {0xF5, 0x04, 0x00, 0x00, 0xA0};
   std::uint8_t received[5] = {1, 1, 1, 1, 1};
-  struct {
-    const std::uint8_t* transmit;
-    std::uint8_t* receive;
-    std::uint32_t length;
-    std::uint32_t reserved;
-  } record{frame, received, 5, 0};
   add(camera, "spi error=ETIMEDOUT times=1");
-  errno = 0;
-  EXPECT_EQ(ioctl(fd, 0xc0185201UL, &record), -1);
-  EXPECT_EQ(errno, ETIMEDOUT);
+  EXPECT_EQ(transfer(fd, frame, received, 5), -ETIMEDOUT);
   EXPECT_EQ(received[0], 1) << "nothing came back";
-  EXPECT_EQ(ioctl(fd, 0xc0185201UL, &record), 0);
+  EXPECT_EQ(transfer(fd, frame, received, 5), 0);
   EXPECT_EQ(received[0], 0);
 }
 
@@ -216,17 +210,15 @@ TEST(FlipFault, TurnsAWordOfThePt5111IntoAnother) {
   EXPECT_EQ(camera.state().pt5111().read(53), 0x178);
 }
 
-struct Motor {
-  std::int32_t (*boot)();
-  std::uint8_t (*status)(std::uint8_t* running);
-};
-
 TEST(BusyFault, LetsEveryMotorSeemToRun) {
   InstalledCamera camera;
-  for (const Motor& motor :
-       {Motor{Init30516, getZoom1Status}, Motor{Init30516, getZoom2Status},
-        Motor{Init30516, getFocusStatus}, Motor{Init30516_DF033, getZoom1Status},
-        Motor{Init30516_DF033, getZoom3Status}, Motor{Init30516_T5391, getZoom1Status}}) {
+  const struct {
+    std::int32_t (*boot)();
+    std::uint8_t (*status)(std::uint8_t* running);
+  } motors[] = {{Init30516, getZoom1Status},       {Init30516, getZoom2Status},
+                {Init30516, getFocusStatus},       {Init30516_DF033, getZoom1Status},
+                {Init30516_DF033, getZoom3Status}, {Init30516_T5391, getZoom1Status}};
+  for (const auto& motor : motors) {
     ASSERT_EQ(motor.boot(), 0);
     std::uint8_t running = 7;
     const std::uint32_t fault = add(camera, "spi busy");

@@ -1,17 +1,11 @@
 #include "sim/host/library_head.h"
 
 #include <kelvo.h>
-#include <time.h>
 
 #include <algorithm>
 #include <cstdlib>
 
 namespace kelvo::test {
-
-void pass_ms(std::int64_t milliseconds) {
-  const timespec time{milliseconds / 1000, milliseconds % 1000 * 1'000'000};
-  nanosleep(&time, nullptr);
-}
 
 std::int64_t pan_position() {
   std::uint32_t position = 0;

@@ -12,7 +12,6 @@
 
 namespace kelvo::test {
 
-void pass_ms(std::int64_t milliseconds);
 std::int64_t pan_position();
 std::int64_t tilt_position();
 

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 
+#include "sim/host/library_calls.h"
 #include "sim/host/library_head.h"
 
 namespace {

@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+#include "sim/host/library_calls.h"
+
 namespace {
 
 using kelvo::test::apart;

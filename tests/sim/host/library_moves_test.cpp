@@ -25,7 +25,7 @@ std::uint32_t zoom2_backward_512(std::uint8_t speed, std::uint32_t steps) {
   return setZoom2Backward512(speed, static_cast<std::int32_t>(steps));
 }
 
-struct Row {
+struct MoveRow {
   const char* name;
   std::int32_t (*boot)();
   Operation operation;
@@ -37,10 +37,10 @@ struct Row {
   std::int64_t last_count;
 };
 
-void PrintTo(const Row& row, std::ostream* stream) { *stream << row.name; }
+void PrintTo(const MoveRow& row, std::ostream* stream) { *stream << row.name; }
 
 // clang-format off
-const Row rows[] = {
+const MoveRow move_rows[] = {
   // 960 steps a second
   {"De015Zoom1Forward",      Init30516, setZoom1Forward,      255, 480, Output::zoom1_block,  480, 1'041'667, 500'000'000},
   {"De015Zoom1Backward",     Init30516, setZoom1Backward,     255, 480, Output::zoom1_block, -480, 1'041'667, 500'000'000},
@@ -94,10 +94,10 @@ void pass(std::int64_t nanoseconds) {
   nanosleep(&time, nullptr);
 }
 
-class LibraryMove : public testing::TestWithParam<Row> {};
+class LibraryMove : public testing::TestWithParam<MoveRow> {};
 
 TEST_P(LibraryMove, EndsWhereAndWhenItShould) {
-  const Row& row = GetParam();
+  const MoveRow& row = GetParam();
   const std::int32_t one = row.counts > 0 ? 1 : -1;
   InstalledCamera camera;
   ASSERT_EQ(row.boot(), 0);
@@ -122,7 +122,7 @@ TEST_P(LibraryMove, EndsWhereAndWhenItShould) {
   EXPECT_EQ(camera.state().violations().total(), 0u) << camera.report();
 }
 
-INSTANTIATE_TEST_SUITE_P(Moves, LibraryMove, testing::ValuesIn(rows),
+INSTANTIATE_TEST_SUITE_P(Moves, LibraryMove, testing::ValuesIn(move_rows),
                          [](const auto& instance) { return std::string(instance.param.name); });
 
 TEST(LibraryMoves, AddUp) {

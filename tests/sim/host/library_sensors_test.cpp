@@ -2,24 +2,20 @@
 // iris and its IR-cut filter.
 #include <gtest/gtest.h>
 #include <kelvo.h>
-#include <time.h>
 
 #include <cstdint>
 #include <ostream>
 
 #include "sim/host/installed_camera.h"
+#include "sim/host/library_calls.h"
 
 namespace {
 
 using kelvo::sim::camera::FilterPlace;
 using kelvo::sim::camera::Output;
 using kelvo::test::InstalledCamera;
+using kelvo::test::pass_ms;
 using namespace std::chrono_literals;
-
-void pass_ms(std::int64_t milliseconds) {
-  const timespec time{milliseconds / 1000, milliseconds % 1000 * 1'000'000};
-  nanosleep(&time, nullptr);
-}
 
 struct Motor {
   const char* name;

@@ -8,11 +8,13 @@
 #include <vector>
 
 #include "sim/host/installed_camera.h"
+#include "sim/host/library_calls.h"
 
 namespace {
 
 using kelvo::sim::camera::FrameKind;
 using kelvo::test::InstalledCamera;
+using kelvo::test::read_back;
 using kelvo::test::TestFolder;
 using namespace std::chrono_literals;
 
@@ -109,12 +111,6 @@ std::vector<std::uint32_t> record(const std::filesystem::path& path) {
     fields.push_back(field);
   }
   return fields;
-}
-
-int read_back(std::uint8_t query) {
-  std::uint8_t reply[4] = {};
-  EXPECT_EQ(RecvCommand(query, 0, reply), 0);
-  return reply[2] << 8 | reply[3];
 }
 
 /// Of two boots with the images of one module, and of what was counted besides.

@@ -149,7 +149,7 @@ INSTANTIATE_TEST_SUITE_P(Calls, LookAtAPath, testing::ValuesIn(every_look),
                          [](const auto& instance) { return std::string(instance.param.name); });
 
 template <typename Call>
-int error_of(Call call) {
+int error_number_of(Call call) {
   errno = 0;
   return call() == 0 ? 0 : errno;
 }
@@ -166,13 +166,13 @@ class Nobody {
 TEST(DeviceNode, CannotBeRemovedRenamedOrChanged) {
   InstalledCamera camera;
   const Nobody nobody;
-  EXPECT_EQ(error_of([] { return unlink(lens); }), EPERM);
-  EXPECT_EQ(error_of([] { return unlinkat(-1, lens, 0); }), EPERM);
-  EXPECT_EQ(error_of([] { return remove(lens); }), EPERM);
-  EXPECT_EQ(error_of([] { return truncate(lens, 0); }), EPERM);
-  EXPECT_EQ(error_of([] { return rename(lens, "/tmp/kelvo-no-such"); }), EPERM);
-  EXPECT_EQ(error_of([] { return rename("/tmp/kelvo-no-such", lens); }), EPERM);
-  EXPECT_EQ(error_of([] { return access(lens, R_OK | W_OK); }), 0);
+  EXPECT_EQ(error_number_of([] { return unlink(lens); }), EPERM);
+  EXPECT_EQ(error_number_of([] { return unlinkat(-1, lens, 0); }), EPERM);
+  EXPECT_EQ(error_number_of([] { return remove(lens); }), EPERM);
+  EXPECT_EQ(error_number_of([] { return truncate(lens, 0); }), EPERM);
+  EXPECT_EQ(error_number_of([] { return rename(lens, "/tmp/kelvo-no-such"); }), EPERM);
+  EXPECT_EQ(error_number_of([] { return rename("/tmp/kelvo-no-such", lens); }), EPERM);
+  EXPECT_EQ(error_number_of([] { return access(lens, R_OK | W_OK); }), 0);
 }
 
 TEST(DeviceNode, TakesNoBytesByAnyCall) {
@@ -200,7 +200,7 @@ TEST(ResetLine, IsNotReachedByItsFiles) {
   InstalledCamera camera;
   for (const char* const path : {"/sys/class/gpio/export", "/sys/class/gpio/gpio33/direction",
                                  "/sys/class/gpio/gpio33/value"}) {
-    EXPECT_EQ(error_of([path] { return access(path, F_OK); }), EACCES) << path;
+    EXPECT_EQ(error_number_of([path] { return access(path, F_OK); }), EACCES) << path;
     EXPECT_EQ(open(path, O_WRONLY), -1) << path;
     EXPECT_EQ(errno, EACCES) << path;
   }
@@ -210,9 +210,9 @@ TEST(ResetLine, IsNotReachedByItsFiles) {
 TEST(CalibrationFile, IsRenamedByEveryCall) {
   InstalledCamera camera;
   static constexpr char copy[] = "/bin/DC_S_Cali.dat";
-  EXPECT_EQ(error_of([] { return renameat(-1, record, -1, copy); }), 0);
+  EXPECT_EQ(error_number_of([] { return renameat(-1, record, -1, copy); }), 0);
   EXPECT_EQ(access(record, F_OK), -1);
-  EXPECT_EQ(error_of([] { return renameat2(-1, copy, -1, record, RENAME_NOREPLACE); }), 0);
+  EXPECT_EQ(error_number_of([] { return renameat2(-1, copy, -1, record, RENAME_NOREPLACE); }), 0);
   EXPECT_EQ(access(copy, F_OK), -1);
   EXPECT_EQ(access(record, F_OK), 0);
 }

@@ -38,7 +38,7 @@ class Files : public testing::Test {
 };
 
 /// Writes a text to a camera file; with the synchronisation that the library offers, or without.
-void write(const char* path, const char* text, bool synchronised) {
+void write_file(const char* path, const char* text, bool synchronised) {
   FILE* const stream = fopen(path, "wb");
   ASSERT_NE(stream, nullptr);
   fputs(text, stream);
@@ -49,7 +49,7 @@ void write(const char* path, const char* text, bool synchronised) {
 }
 
 TEST_F(Files, ThatAreNotSynchronisedAreLost) {
-  write("/bin/DC_S_Cali.dat", "new", false);
+  write_file("/bin/DC_S_Cali.dat", "new", false);
   EXPECT_EQ(content("/bin/DC_S_Cali.dat"), "new");
   cut();
   EXPECT_EQ(content("/bin/DC_S_Cali.dat"), "missing");
@@ -57,7 +57,7 @@ TEST_F(Files, ThatAreNotSynchronisedAreLost) {
 }
 
 TEST_F(Files, ThatAreSynchronisedAreKept) {
-  write("/bin/DC_S_Cali.dat", "new", true);
+  write_file("/bin/DC_S_Cali.dat", "new", true);
   cut();
   EXPECT_EQ(content("/bin/DC_S_Cali.dat"), "new");
 }
@@ -116,7 +116,7 @@ TEST_F(Files, AreKeptByEveryWriteToOneThatWasOpenedForIt) {
 }
 
 TEST_F(Files, AreNotSynchronisedByTheFileSystemOfAnother) {
-  write("/bin/DC_S_Cali.dat", "new", false);
+  write_file("/bin/DC_S_Cali.dat", "new", false);
   const int elsewhere = open("/dev/null", O_RDWR);
   EXPECT_EQ(syncfs(elsewhere), 0);
   EXPECT_EQ(fdatasync(elsewhere), -1);
@@ -126,8 +126,8 @@ TEST_F(Files, AreNotSynchronisedByTheFileSystemOfAnother) {
 }
 
 TEST_F(Files, AreWhatWasLastSynchronised) {
-  write("/bin/DC_S_Cali.dat", "first", true);
-  write("/bin/DC_S_Cali.dat", "second", false);
+  write_file("/bin/DC_S_Cali.dat", "first", true);
+  write_file("/bin/DC_S_Cali.dat", "second", false);
   cut();
   EXPECT_EQ(content("/bin/DC_S_Cali.dat"), "first");
 }
@@ -147,7 +147,7 @@ TEST_F(Files, LoseWhatIsWrittenBehindTheSynchronisation) {
 TEST_F(Files, AreNotSynchronisedByAnotherFile) {
   FILE* const stream = fopen("/bin/OIS_S_Cali.dat", "wb");
   ASSERT_NE(stream, nullptr);
-  write("/bin/DC_S_Cali.dat", "new", true);
+  write_file("/bin/DC_S_Cali.dat", "new", true);
   fputs("lost", stream);
   fclose(stream);
   cut();
@@ -155,16 +155,16 @@ TEST_F(Files, AreNotSynchronisedByAnotherFile) {
 }
 
 TEST_F(Files, KeepTheDefaultRecordThatTheCameraCameWith) {
-  write("/bin/DC_S_Cali.dat", "new", true);
+  write_file("/bin/DC_S_Cali.dat", "new", true);
   const std::string record = content("/bin/DC_S_Cali_T5391.dat");
   EXPECT_EQ(record.size(), 24u);
-  write("/bin/DC_S_Cali_T5391.dat", "spoilt", false);
+  write_file("/bin/DC_S_Cali_T5391.dat", "spoilt", false);
   cut();
   EXPECT_EQ(content("/bin/DC_S_Cali_T5391.dat"), record);
 }
 
 TEST_F(Files, CannotBeOpenedWithoutPower) {
-  write("/bin/DC_S_Cali.dat", "new", true);
+  write_file("/bin/DC_S_Cali.dat", "new", true);
   camera.host().power_off();
   errno = 0;
   EXPECT_EQ(fopen("/bin/DC_S_Cali.dat", "rb"), nullptr);

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "sim/host/device_calls.h"
 #include "sim/host/installed_camera.h"
 
 namespace {
@@ -23,19 +24,7 @@ using kelvo::sim::trace::Event;
 using kelvo::sim::trace::Reader;
 using kelvo::sim::trace::Wire;
 using kelvo::test::InstalledCamera;
-
-struct TransferRecord {
-  const std::uint8_t* transmit;
-  std::uint8_t* receive;
-  std::uint32_t length;
-  std::uint32_t reserved;
-};
-
-int transfer(int descriptor, const std::uint8_t* transmit, std::uint8_t* receive,
-             std::uint32_t length) {
-  TransferRecord record{transmit, receive, length, 0};
-  return ioctl(descriptor, 0xc0185201UL, &record);
-}
+using kelvo::test::transfer;
 
 class HostTrace : public testing::Test {
  protected:
@@ -101,9 +90,9 @@ TEST_F(HostTrace, HasWhatFailsToo) {
   const InstalledCamera camera(settings());
   const int lens = open("/dev/spi_renesas", O_RDWR);
   std::uint8_t bytes[7] = {1, 2, 3, 4, 5, 6, 7};
-  EXPECT_EQ(transfer(lens, nullptr, bytes, 7), -1);
+  EXPECT_EQ(transfer(lens, nullptr, bytes, 7), -EFAULT);
   const int head = open("/dev/i2c-2", O_RDWR);
-  EXPECT_EQ(transfer(head, bytes, bytes, 7), -1);
+  EXPECT_EQ(transfer(head, bytes, bytes, 7), -ENOTTY);
   const std::vector<Event> all = events();
   EXPECT_EQ(all.at(1).result, -EFAULT);
   EXPECT_EQ(all.at(1).sent_length, 7u);
