@@ -13,7 +13,7 @@ namespace kelvo::test {
 namespace {
 
 /// A move on both axes: pan's lines have slave 40.
-struct Move {
+struct ContinuousMove {
   std::int32_t dir;
   std::int32_t speed;
   const char* bytes;    // behind the register
@@ -24,7 +24,7 @@ TEST(ContinuousMove, OfAVetraHasADirectionAndASpeed) {
   Script script;
   vetra_head(script);
   Debug_PID_En(1);
-  const Move rows[] = {
+  const ContinuousMove rows[] = {
       {0, 9000, "01 1C 20", "Dir:1 Speed:7200"},
       {1, 9000, "00 1C 20", "Dir:0 Speed:7200"},
       {0, 7200, "01 1C 20", "Dir:1 Speed:7200"},
@@ -39,7 +39,7 @@ TEST(ContinuousMove, OfAVetraHasADirectionAndASpeed) {
       {256, 5, "01 00 05", "Dir:257 Speed:5"},
       {0, INT32_MAX, "01 1C 20", "Dir:1 Speed:7200"},
   };
-  for (const Move& row : rows) {
+  for (const ContinuousMove& row : rows) {
     const std::string rest = std::string(row.bytes) + "\nusleep 2000\nout \"Manaul " + row.printed;
     EXPECT_EQ(PanContinuousMove(row.dir, row.speed), 0);
     EXPECT_EQ(script.transcript(), "out \"TServomotor=1\\n\"\ni2c 40: w 03 " + rest + "\\n\"\n");
@@ -52,7 +52,7 @@ TEST(ContinuousMove, OfATasmereHasASignedSpeedInOnesComplement) {
   Script script;
   tasmere_head(script);
   giSerTiltUseHall = 0;
-  const Move rows[] = {
+  const ContinuousMove rows[] = {
       {0, 7200, "7F FF", ""},     {1, 7200, "80 00", ""},     {0, 9000, "7F FF", ""},
       {1, 9000, "80 00", ""},     {0, 3600, "3F FF", ""},     {1, 3600, "C0 00", ""},
       {0, 100, "01 C7", ""},      {1, 100, "FE 38", ""},      {0, 1, "00 04", ""},
@@ -62,7 +62,7 @@ TEST(ContinuousMove, OfATasmereHasASignedSpeedInOnesComplement) {
       {257, 100, "01 C7", ""},    {0, -65'536, "72 F4", ""},  // the product wraps in 32 bits
       {0, -100'000, "28 72", ""}, {1, -100'000, "D7 8D", ""},
   };
-  for (const Move& row : rows) {
+  for (const ContinuousMove& row : rows) {
     const std::string rest = std::string(row.bytes) + "\n";
     EXPECT_EQ(PanContinuousMove(row.dir, row.speed), 0);
     EXPECT_EQ(script.transcript(), "out \"TServomotor=2\\n\"\ni2c 40: w 07 " + rest);

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "kelvo.h"
+#include "pantilt/tuning.h"
 #include "script/script.h"
 
 namespace kelvo::test {
@@ -51,6 +52,34 @@ inline void word_register(Script& script, std::uint8_t reg, int value) {
   script.i2c_register(40, reg, bytes);
   script.i2c_register(41, reg, bytes);
 }
+
+/// A Vetra with the plain table, both axes at this count.
+inline void tuned_vetra(Script& script, int count) {
+  vetra_head(script);
+  load(plain_tuning());
+  word_register(script, 0x32, count);
+}
+
+/// Limits of the tilt axis, by positions.
+struct TiltLimits {
+  std::int32_t start;
+  std::int32_t end;
+  std::int32_t enabled;
+};
+
+inline void set(Script& script, const TiltLimits& limits) {
+  TiltLimit(static_cast<std::uint32_t>(limits.start), static_cast<std::uint32_t>(limits.end));
+  TiltLimitEn(limits.enabled);
+  script.transcript();
+}
+
+struct AbsoluteMove {
+  std::int32_t dir;
+  std::int32_t speed;
+  std::uint32_t pos;
+  const char* bytes;         // behind the register
+  const char* printed = "";  // by a Vetra's tilt axis
+};
 
 /// The lines with the pause that a Vetra has behind every transfer.
 inline std::string paced(const std::string& lines) {

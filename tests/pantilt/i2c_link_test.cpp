@@ -13,7 +13,7 @@ using kelvo::test::Call;
 using kelvo::test::forever;
 using kelvo::test::Script;
 
-constexpr std::uint8_t data[4] = {0x12, 0x34, 0x56, 0x78};
+constexpr std::uint8_t message[4] = {0x12, 0x34, 0x56, 0x78};
 
 TEST(I2cLink, IsDescriptorZeroAtLoad) {
   Script script;
@@ -45,9 +45,9 @@ TEST(I2cLink, CarriesNothingAfterAFailedOpen) {
   Init_I2C();
   script.transcript();
   std::uint8_t buffer[2] = {0xAA, 0xAA};
-  EXPECT_EQ(SendI2C(40, 0x05, data, 3), -1);
+  EXPECT_EQ(SendI2C(40, 0x05, message, 3), -1);
   EXPECT_EQ(ReadI2C(40, 0x32, buffer, 2), -1);
-  EXPECT_EQ(ReadI2C_M(40, 0x32, data, 2, buffer, 2), -1);
+  EXPECT_EQ(ReadI2C_M(40, 0x32, message, 2, buffer, 2), -1);
   EXPECT_EQ(script.transcript(), "");
   EXPECT_EQ(buffer[0], 0xAA);
   EXPECT_EQ(buffer[1], 0xAA);
@@ -69,7 +69,7 @@ TEST(I2cLink, IsLostWhenASecondOpenFails) {
   script.fail(Call::open, 1, 1, EMFILE);
   EXPECT_EQ(Init_I2C(), -1);
   EXPECT_EQ(hndl, -1);
-  EXPECT_EQ(SendI2C(40, 0x05, data, 3), -1);
+  EXPECT_EQ(SendI2C(40, 0x05, message, 3), -1);
   EXPECT_EQ(script.transcript(),
             R"(open /dev/i2c-2 -> EMFILE
 out "open /dev/i2c-2 error\n"
@@ -82,7 +82,7 @@ TEST(I2cLink, CanBeOpenedAfterAFailure) {
   EXPECT_EQ(Init_I2C(), -1);
   EXPECT_EQ(Init_I2C(), 0);
   script.transcript();
-  EXPECT_EQ(SendI2C(40, 0x05, data, 3), 1);
+  EXPECT_EQ(SendI2C(40, 0x05, message, 3), 1);
   EXPECT_EQ(script.transcript(), "i2c 40: w 05 12 34\n");
 }
 
@@ -122,9 +122,9 @@ TEST(I2cLink, CarriesNothingAfterARelease) {
   Release_I2C();
   script.transcript();
   std::uint8_t buffer[2] = {0xAA, 0xAA};
-  EXPECT_EQ(SendI2C(40, 0x05, data, 3), -1);
+  EXPECT_EQ(SendI2C(40, 0x05, message, 3), -1);
   EXPECT_EQ(ReadI2C(40, 0x32, buffer, 2), -1);
-  EXPECT_EQ(ReadI2C_M(40, 0x32, data, 2, buffer, 2), -1);
+  EXPECT_EQ(ReadI2C_M(40, 0x32, message, 2, buffer, 2), -1);
   EXPECT_EQ(script.transcript(), "");
   EXPECT_EQ(script.count(Call::i2c), 0);
   EXPECT_EQ(buffer[0], 0xAA);
@@ -135,9 +135,9 @@ TEST(I2cLink, TreatsAnyNegativeDescriptorAsNotOpen) {
   Script script;
   hndl = -7;
   std::uint8_t buffer[2] = {0xAA, 0xAA};
-  EXPECT_EQ(SendI2C(40, 0x05, data, 3), -1);
+  EXPECT_EQ(SendI2C(40, 0x05, message, 3), -1);
   EXPECT_EQ(ReadI2C(40, 0x32, buffer, 2), -1);
-  EXPECT_EQ(ReadI2C_M(40, 0x32, data, 2, buffer, 2), -1);
+  EXPECT_EQ(ReadI2C_M(40, 0x32, message, 2, buffer, 2), -1);
   EXPECT_EQ(Release_I2C(), 0);
   EXPECT_EQ(hndl, -1);
   EXPECT_EQ(script.transcript(), "");
@@ -146,11 +146,11 @@ TEST(I2cLink, TreatsAnyNegativeDescriptorAsNotOpen) {
 TEST(I2cLink, UsesDescriptorZeroBeforeItWasOpened) {
   Script script;
   std::uint8_t buffer[2] = {0xAA, 0xAA};
-  EXPECT_EQ(SendI2C(40, 0x05, data, 3), -1);
+  EXPECT_EQ(SendI2C(40, 0x05, message, 3), -1);
   EXPECT_EQ(ReadI2C(41, 0x32, buffer, 2), -1);
   EXPECT_EQ(buffer[0], 0);
   EXPECT_EQ(buffer[1], 0);
-  EXPECT_EQ(ReadI2C_M(41, 0x32, data, 2, buffer, 2), -1);
+  EXPECT_EQ(ReadI2C_M(41, 0x32, message, 2, buffer, 2), -1);
   EXPECT_EQ(hndl, 0);
   EXPECT_EQ(script.transcript(),
             R"(fd 0: i2c 40: w 05 12 34 -> ENOTTY
@@ -167,7 +167,7 @@ TEST(I2cLink, IsNotAffectedByALensDeviceOrItsLatch) {
   SendCommand(1, 0, 0, 0, 0);
   CloseSPI();
   script.transcript();
-  EXPECT_EQ(SendI2C(40, 0x05, data, 3), 1);
+  EXPECT_EQ(SendI2C(40, 0x05, message, 3), 1);
   EXPECT_EQ(script.transcript(), "i2c 40: w 05 12 34\n");
 }
 

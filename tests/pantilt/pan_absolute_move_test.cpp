@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <string>
 
 #include "kelvo.h"
@@ -12,18 +11,11 @@
 namespace kelvo::test {
 namespace {
 
-struct Move {
-  std::int32_t dir;
-  std::int32_t speed;
-  std::uint32_t pos;
-  const char* bytes;  // behind the register
-};
-
 TEST(PanAbsoluteMove, OfAVetraGoesToACount) {
   Script script;
   vetra_head(script);
   Debug_PID_En(1);
-  const Move rows[] = {
+  const AbsoluteMove rows[] = {
       {0, 7200, 32768, "01 23 28 1C 20"}, {1, 7200, 32768, "00 23 28 1C 20"},
       {1, 7201, 0, "00 46 50 1C 20"},     {1, 9000, 65535, "00 00 00 1C 20"},
       {0, 1, 65534, "01 00 00 00 01"},    {0, 0, 2, "01 46 4F 00 00"},
@@ -31,7 +23,7 @@ TEST(PanAbsoluteMove, OfAVetraGoesToACount) {
       {-1, 5, 2, "FE 46 4F 00 05"},       {256, 5, 2, "01 46 4F 00 05"},
       {0, 5, 70'000, "01 FB 37 00 05"},
   };
-  for (const Move& row : rows) {
+  for (const AbsoluteMove& row : rows) {
     EXPECT_EQ(PanABSMove(row.dir, row.speed, row.pos), 0);
     EXPECT_EQ(script.transcript(), paced(std::string("i2c 40: w 01 ") + row.bytes + "\n"));
   }
@@ -41,7 +33,7 @@ TEST(PanAbsoluteMove, OfATasmereHasASignedSpeedInTwosComplement) {
   Script script;
   tasmere_head(script);
   giSerTiltUseHall = 1;  // of no concern here
-  const Move rows[] = {
+  const AbsoluteMove rows[] = {
       {1, 7200, 0x1234, "12 34 A0 01"},
       {0, 7200, 0x1234, "12 34 5F FF"},
       {0, 9000, 0, "00 00 5F FF"},
@@ -63,7 +55,7 @@ TEST(PanAbsoluteMove, OfATasmereHasASignedSpeedInTwosComplement) {
       {0, -65'536, 70'000, "11 70 96 39"},
       {0, 100, 0xFFFFFFFF, "FF FF 01 55"},
   };
-  for (const Move& row : rows) {
+  for (const AbsoluteMove& row : rows) {
     EXPECT_EQ(PanABSMove(row.dir, row.speed, row.pos), 0);
     EXPECT_EQ(script.transcript(), std::string("i2c 40: w 42 ") + row.bytes + "\n");
   }

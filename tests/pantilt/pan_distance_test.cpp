@@ -32,7 +32,7 @@ std::string retuned(std::int32_t from, std::int32_t to, std::int32_t distance, s
              distance, from, to, gain, sent >> 8, sent & 0xFF));
 }
 
-void expect_gain(Script& script, std::int32_t from, std::int32_t pos, std::int32_t gain) {
+void expect_pan_gain(Script& script, std::int32_t from, std::int32_t pos, std::int32_t gain) {
   word_register(script, 0x32, from);
   iPanVETRA_Motor_Reg[1] = -1;  // the position gains count as changed
   const std::int32_t to = exact_pan_count(pos, 18'000);
@@ -40,7 +40,7 @@ void expect_gain(Script& script, std::int32_t from, std::int32_t pos, std::int32
   ASSERT_EQ(script.transcript(), retuned(from, to, std::abs(from - to), gain)) << from;
 }
 
-void tuned_vetra(Script& script) {
+void vetra_tuned_for_pan(Script& script) {
   vetra_head(script);
   load(plain_tuning());
   Pan_Setup_PID(1, 2000, 0);
@@ -49,7 +49,7 @@ void tuned_vetra(Script& script) {
 
 TEST(PanDistance, GivesItsGain) {
   Script script;
-  tuned_vetra(script);
+  vetra_tuned_for_pan(script);
   struct Row {
     std::int32_t distance;
     std::int32_t gain;
@@ -58,39 +58,39 @@ TEST(PanDistance, GivesItsGain) {
                       {500, 31},  {501, 30},  {900, 27},   {901, 26},   {999, 26},
                       {1000, 26}, {1001, 25}, {2000, 25},  {2001, 24},  {22000, 4},
                       {27000, 0}, {27999, 0}, {28001, -1}, {65535, -38}};
-  for (const Row& row : rows) expect_gain(script, row.distance, 65535, row.gain);
+  for (const Row& row : rows) expect_pan_gain(script, row.distance, 65535, row.gain);
 }
 
 TEST(PanDistance, IsExactForEveryDistance) {
   Script script;
-  tuned_vetra(script);
+  vetra_tuned_for_pan(script);
   for (std::int32_t distance = 0; distance <= 65'535; ++distance) {
-    expect_gain(script, distance, 65535, exact_pan_gain(distance));
+    expect_pan_gain(script, distance, 65535, exact_pan_gain(distance));
     if (HasFatalFailure()) return;
   }
 }
 
 TEST(PanDistance, CountsInBothDirections) {
   Script script;
-  tuned_vetra(script);
+  vetra_tuned_for_pan(script);
   for (const std::int32_t from : {0, 7999, 8000, 8001, 8500, 8899, 8900, 8999, 9000, 9001, 9100,
                                   9101, 9999, 10000, 10001, 18000, 65535}) {
-    expect_gain(script, from, 32768, exact_pan_gain(std::abs(from - 9000)));
+    expect_pan_gain(script, from, 32768, exact_pan_gain(std::abs(from - 9000)));
   }
 }
 
 TEST(PanDistance, GoesBeyondTheRange) {
   Script script;
-  tuned_vetra(script);
+  vetra_tuned_for_pan(script);
   for (const std::int32_t pos : {70'000, 131'071, 1'000'000, INT32_MAX, -1, -65'535, INT32_MIN}) {
-    expect_gain(script, 17'999, pos,
-                exact_pan_gain(std::abs(17'999 - exact_pan_count(pos, 18'000))));
+    expect_pan_gain(script, 17'999, pos,
+                    exact_pan_gain(std::abs(17'999 - exact_pan_count(pos, 18'000))));
   }
 }
 
 TEST(PanDistance, IsThatFromCountZeroWhenThePositionCannotBeRead) {
   Script script;
-  tuned_vetra(script);
+  vetra_tuned_for_pan(script);
   word_register(script, 0x32, 9000);
   iPanVETRA_Motor_Reg[1] = -1;
   script.fail(Call::i2c, 1, 1, ENXIO);

@@ -14,14 +14,7 @@
 namespace kelvo::test {
 namespace {
 
-/// A Vetra at pan count 1000, with the plain table.
-void tuned_vetra(Script& script) {
-  vetra_head(script);
-  load(plain_tuning());
-  word_register(script, 0x32, 1000);
-}
-
-std::vector<std::int32_t> cache() {
+std::vector<std::int32_t> vetra_pan_cache() {
   return {std::begin(iPanVETRA_Motor_Reg), std::end(iPanVETRA_Motor_Reg)};
 }
 
@@ -42,7 +35,7 @@ const Case cases[] = {
 
 TEST(PanSchedule, ChoosesTheCaseByModeAndSpeed) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 1000);
   for (const Case& row : cases) {
     for (const std::int32_t speed : row.speeds) {
       forget_gains();
@@ -54,7 +47,7 @@ TEST(PanSchedule, ChoosesTheCaseByModeAndSpeed) {
 
 TEST(PanSchedule, WritesNothingTwice) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 1000);
   for (const Case& row : cases) {
     forget_gains();
     Pan_Setup_PID(row.mode, row.speeds[1], 65535);
@@ -69,25 +62,28 @@ TEST(PanSchedule, WritesNothingTwice) {
 
 TEST(PanSchedule, RemembersWhatItWrote) {
   Script script;
-  tuned_vetra(script);
-  EXPECT_EQ(cache(), std::vector<std::int32_t>(7, 0));
+  tuned_vetra(script, 1000);
+  EXPECT_EQ(vetra_pan_cache(), std::vector<std::int32_t>(7, 0));
   Pan_Setup_PID(0, 100, 0);
-  EXPECT_EQ(cache(),
+  EXPECT_EQ(vetra_pan_cache(),
             (std::vector<std::int32_t>{0x138, 0x139, 0x13A, 0x13B, 0x13C, 0x12013D, 0x12013E}));
   Pan_Setup_PID(1, 1509, 0);
-  EXPECT_EQ(cache(), (std::vector<std::int32_t>{20, 0, 1152, 100, 0x143, 4'000'000, 4'000'000}));
+  EXPECT_EQ(vetra_pan_cache(),
+            (std::vector<std::int32_t>{20, 0, 1152, 100, 0x143, 4'000'000, 4'000'000}));
   Pan_Setup_PID(0, 99, 0);
-  EXPECT_EQ(cache(), (std::vector<std::int32_t>{20, 0, 4000, 3000, 0x13C, 40'000, 40'000}));
+  EXPECT_EQ(vetra_pan_cache(),
+            (std::vector<std::int32_t>{20, 0, 4000, 3000, 0x13C, 40'000, 40'000}));
   Pan_Setup_PID(0, 29, 0);
-  EXPECT_EQ(cache(), (std::vector<std::int32_t>{20, 0, 5000, 5000, 0x13C, 40'000, 40'000}));
+  EXPECT_EQ(vetra_pan_cache(),
+            (std::vector<std::int32_t>{20, 0, 5000, 5000, 0x13C, 40'000, 40'000}));
   Pan_Setup_PID(1, 1510, 65535);
-  EXPECT_EQ(cache(),
+  EXPECT_EQ(vetra_pan_cache(),
             (std::vector<std::int32_t>{26, 0x140, 0x141, 0x142, 0x143, 0x120144, 0x120145}));
 }
 
 TEST(PanSchedule, RemembersWhatNeverArrived) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 1000);
   script.fail(Call::i2c, 1, 5, ENXIO);
   EXPECT_EQ(Pan_Setup_PID(0, 100, 0), 0);
   EXPECT_EQ(script.count(Call::i2c), 2 + 5);
@@ -98,7 +94,7 @@ TEST(PanSchedule, RemembersWhatNeverArrived) {
 
 TEST(PanSchedule, IsNotForgottenByAReset) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 1000);
   Pan_Setup_PID(0, 100, 0);
   PanReset();
   script.transcript();
@@ -115,11 +111,11 @@ TEST(PanSchedule, IsSilentWithATableOfZeros) {
 
 TEST(PanSchedule, IsFrozenForSettingGainsByHand) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 1000);
   EXPECT_EQ(Debug_PID_En(1), 0);
   for (const Case& row : cases) EXPECT_EQ(Pan_Setup_PID(row.mode, row.speeds[0], 65535), 0);
   EXPECT_EQ(script.transcript(), "");
-  EXPECT_EQ(cache(), std::vector<std::int32_t>(7, 0));
+  EXPECT_EQ(vetra_pan_cache(), std::vector<std::int32_t>(7, 0));
   EXPECT_EQ(Debug_PID_En(2), 0);
   EXPECT_EQ(Pan_Setup_PID(0, 100, 0), 0);
   EXPECT_EQ(script.transcript(), paced(pan_cruise));
@@ -134,7 +130,7 @@ TEST(PanSchedule, IsFrozenForSettingGainsByHand) {
 
 TEST(PanSchedule, TellsTheOutgoingCurrentOfASlowAbsoluteMove) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 1000);
   Pan_Setup_PID(0, 100, 0);
   Pan_Setup_PID(1, 100, 0);
   EXPECT_NE(script.transcript().find(
@@ -145,16 +141,10 @@ i2c 40: w 12 01 43
             std::string::npos);
 }
 
-/// A word of the table, and the group that follows its change.
-struct Change {
-  std::size_t word;
-  const char* sent;
-};
-
 TEST(PanSchedule, WritesTheWholeGroupOfAChangedWord) {
   Script script;
-  tuned_vetra(script);
-  const Change rows[] = {
+  tuned_vetra(script, 1000);
+  const ChangedWord rows[] = {
       {56, "out \"pos 3#####################pan P:0x5 I:0x139\\n\"\ni2c 40: w 10 00 05 01 39\n"},
       {57, "out \"pos 3#####################pan P:0x138 I:0x5\\n\"\ni2c 40: w 10 01 38 00 05\n"},
       {58,
@@ -177,7 +167,7 @@ TEST(PanSchedule, WritesTheWholeGroupOfAChangedWord) {
       {70, ""},
       {29, ""},
   };
-  for (const Change& row : rows) {
+  for (const ChangedWord& row : rows) {
     load(plain_tuning());
     Pan_Setup_PID(0, 0, 0);
     load_with(row.word, 5);
@@ -189,20 +179,20 @@ TEST(PanSchedule, WritesTheWholeGroupOfAChangedWord) {
 
 TEST(PanSchedule, TakesOtherModesFromTheirOwnRows) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 1000);
   word_register(script, 0x32, 0);
   Pan_Setup_PID(2, 7200, 65535);
-  EXPECT_EQ(cache(),
+  EXPECT_EQ(vetra_pan_cache(),
             (std::vector<std::int32_t>{0x146, 0x147, 0x148, 0x149, 0x14A, 0x12014B, 0x12014C}));
 }
 
 TEST(PanSchedule, ReadsZerosBehindTheTable) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 1000);
   word_register(script, 0x32, 0);
   std::fill(std::begin(iPanVETRA_Motor_Reg), std::end(iPanVETRA_Motor_Reg), 5);
   EXPECT_EQ(Pan_Setup_PID(5, 7200, 65535), 0);
-  EXPECT_EQ(cache(), std::vector<std::int32_t>(7, 0));
+  EXPECT_EQ(vetra_pan_cache(), std::vector<std::int32_t>(7, 0));
   EXPECT_EQ(script.transcript(), paced(R"(i2c 40: w 32 r 2
 out "pos 2@@@@@@@@@@@@@pan iDiff_Pos:0 = iPos_data:0 - i_step:0 P:0 I:0x0\n"
 i2c 40: w 10 00 00 00 00

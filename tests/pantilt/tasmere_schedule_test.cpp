@@ -111,16 +111,10 @@ TEST(TasmereSchedule, TellsThePanGainsOfATiltRetuning) {
   EXPECT_EQ(script.transcript(), tilt_line("P:0x108 I:0x109 D:0x10a") + tilt_continuous);
 }
 
-/// A word of the pan triple, and the three writes that follow its change.
-struct Change {
-  std::size_t word;
-  const char* sent;
-};
-
 TEST(TasmereSchedule, WritesAllThreePanGainsWhenOneChanges) {
   Script script;
   tuned_tasmere(script);
-  const Change rows[] = {
+  const ChangedWord rows[] = {
       {1,
        "P:0x5 I:0x102 D:0x103\\n\"\ni2c 40: w 0C 00 05\ni2c 40: w 0E 01 02\ni2c 40: w 10 01 03\n"},
       {2,
@@ -128,7 +122,7 @@ TEST(TasmereSchedule, WritesAllThreePanGainsWhenOneChanges) {
       {3,
        "P:0x101 I:0x102 D:0x5\\n\"\ni2c 40: w 0C 01 01\ni2c 40: w 0E 01 02\ni2c 40: w 10 00 05\n"},
   };
-  for (const Change& row : rows) {
+  for (const ChangedWord& row : rows) {
     load(plain_tuning());
     Pan_Setup_PID(0, 100, 0);
     load_with(row.word, 5);
@@ -142,12 +136,12 @@ TEST(TasmereSchedule, WritesAllThreePanGainsWhenOneChanges) {
 TEST(TasmereSchedule, WritesAllThreeTiltGainsWhenOneChanges) {
   Script script;
   tuned_tasmere(script);
-  const Change rows[] = {
+  const ChangedWord rows[] = {
       {15, "i2c 41: w 0C 00 05\ni2c 41: w 0E 01 10\ni2c 41: w 10 01 11\n"},
       {16, "i2c 41: w 0C 01 0F\ni2c 41: w 0E 00 05\ni2c 41: w 10 01 11\n"},
       {17, "i2c 41: w 0C 01 0F\ni2c 41: w 0E 01 10\ni2c 41: w 10 00 05\n"},
   };
-  for (const Change& row : rows) {
+  for (const ChangedWord& row : rows) {
     load(plain_tuning());
     Tilt_Setup_PID(0, 100, 0);
     load_with(row.word, 5);

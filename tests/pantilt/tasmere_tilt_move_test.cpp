@@ -12,26 +12,7 @@
 namespace kelvo::test {
 namespace {
 
-struct Limits {
-  std::uint32_t start;
-  std::uint32_t end;
-  std::int32_t enabled;
-};
-
-void set(Script& script, const Limits& limits) {
-  TiltLimit(limits.start, limits.end);
-  TiltLimitEn(limits.enabled);
-  script.transcript();
-}
-
-struct Move {
-  std::int32_t dir;
-  std::int32_t speed;
-  std::uint32_t pos;
-  const char* bytes;  // behind the register
-};
-
-const Move without_hall[] = {
+const AbsoluteMove without_hall[] = {
     {1, 7200, 0x1234, "12 34 A0 01"},
     {0, 7200, 0x1234, "12 34 5F FF"},
     {0, 9000, 0, "00 00 5F FF"},
@@ -52,16 +33,16 @@ TEST(TasmereTiltMove, WithoutHallSensorIsAsThatOfPan) {
   Script script;
   tasmere_head(script);
   giSerTiltUseHall = 0;
-  for (const Limits& limits : {Limits{0, 0, 0}, Limits{1000, 60000, 1}}) {
+  for (const TiltLimits& limits : {TiltLimits{0, 0, 0}, TiltLimits{1000, 60000, 1}}) {
     set(script, limits);  // which are not looked at
-    for (const Move& row : without_hall) {
+    for (const AbsoluteMove& row : without_hall) {
       EXPECT_EQ(TiltABSMove(row.dir, row.speed, row.pos), 0);
       EXPECT_EQ(script.transcript(), std::string("i2c 41: w 42 ") + row.bytes + "\n");
     }
   }
 }
 
-const Move with_hall[] = {
+const AbsoluteMove with_hall[] = {
     {0, 7200, 0, "6C CC A0 00"},
     {1, 7200, 0, "6C CC 5F FF"},
     {0, 9000, 5, "6C D1 A0 00"},
@@ -84,7 +65,7 @@ TEST(TasmereTiltMove, IsMovedToTheHallSensorAndTurned) {
   tasmere_head(script);
   for (const int setting : {1, 2, 255}) {
     giSerTiltUseHall = setting;
-    for (const Move& row : with_hall) {
+    for (const AbsoluteMove& row : with_hall) {
       EXPECT_EQ(TiltABSMove(row.dir, row.speed, row.pos), 0);
       EXPECT_EQ(script.transcript(), std::string("i2c 41: w 42 ") + row.bytes + "\n");
     }
@@ -93,12 +74,12 @@ TEST(TasmereTiltMove, IsMovedToTheHallSensorAndTurned) {
 
 struct Word {
   const char* why;
-  Limits limits;
+  TiltLimits limits;
   std::uint32_t pos;
   const char* bytes;
 };
 
-constexpr Limits both = {1000, 60000, 1};
+constexpr TiltLimits both = {1000, 60000, 1};
 
 const Word words[] = {
     {"below the start", both, 999, "70 B4"},

@@ -13,31 +13,11 @@
 namespace kelvo::test {
 namespace {
 
-struct Limits {
-  std::uint32_t start;
-  std::uint32_t end;
-  std::int32_t enabled;
-};
-
-void set(Script& script, const Limits& limits) {
-  TiltLimit(limits.start, limits.end);
-  TiltLimitEn(limits.enabled);
-  script.transcript();
-}
-
-struct Move {
-  std::int32_t dir;
-  std::int32_t speed;
-  std::uint32_t pos;
-  const char* bytes;    // behind the register
-  const char* printed;  // by a Vetra
-};
-
 TEST(TiltAbsoluteMove, OfAVetraKeepsItsDirection) {
   Script script;
   vetra_head(script);
   Debug_PID_En(1);
-  const Move rows[] = {
+  const AbsoluteMove rows[] = {
       {0, 7200, 32768, "00 30 D4 1C 20", "0 32768->30d4 7200"},
       {1, 7200, 32768, "01 30 D4 1C 20", "1 32768->30d4 7200"},
       {1, 7201, 0, "01 0D AC 1C 20", "1 0->0dac 7200"},
@@ -51,7 +31,7 @@ TEST(TiltAbsoluteMove, OfAVetraKeepsItsDirection) {
       {0, 5, 131'071, "00 C7 5D 00 05", "0 131071->ffffc75d 5"},
       {0, -100'000, 0xFFFFFFFE, "00 0D AD 79 60", "0 -2->0dad -100000"},
   };
-  for (const Move& row : rows) {
+  for (const AbsoluteMove& row : rows) {
     EXPECT_EQ(TiltABSMove(row.dir, row.speed, row.pos), 0);
     EXPECT_EQ(script.transcript(), paced(std::string("i2c 41: w 01 ") + row.bytes + "\n") +
                                        "out \"ABS Tilt:" + row.printed + "\\n\"\n");
@@ -61,13 +41,13 @@ TEST(TiltAbsoluteMove, OfAVetraKeepsItsDirection) {
 /// Limits, a position, and the count that goes out.
 struct Target {
   const char* why;
-  Limits limits;
+  TiltLimits limits;
   std::uint32_t pos;
   std::int32_t count;
 };
 
-constexpr Limits on = {60000, 40000, 1};  // counts 5020 to 10514
-constexpr Limits off = {60000, 40000, 0};
+constexpr TiltLimits on = {60000, 40000, 1};  // counts 5020 to 10514
+constexpr TiltLimits off = {60000, 40000, 0};
 
 const Target targets[] = {
     {"below the start", on, 0, 3500},

@@ -36,28 +36,16 @@ std::int32_t exact_tilt_gain(std::int32_t distance) {
   return exact_gain(35, fiftieth, distance);
 }
 
-void tuned_vetra(Script& script) {
+void vetra_tuned_for_tilt(Script& script) {
   vetra_head(script);
   load(plain_tuning());
   Tilt_Setup_PID(1, 100, 0);
   script.transcript();
 }
 
-struct Limits {
-  std::int32_t start;
-  std::int32_t end;
-  std::int32_t enabled;
-};
-
-void set(Script& script, const Limits& limits) {
-  TiltLimit(static_cast<std::uint32_t>(limits.start), static_cast<std::uint32_t>(limits.end));
-  TiltLimitEn(limits.enabled);
-  script.transcript();
-}
-
 /// A retuning in which nothing but the position gains counts as changed.
-void expect_gain(Script& script, const Limits& limits, std::int32_t from, std::int32_t pos,
-                 std::int32_t gain) {
+void expect_tilt_gain(Script& script, const TiltLimits& limits, std::int32_t from, std::int32_t pos,
+                      std::int32_t gain) {
   word_register(script, 0x32, from);
   iTiltVETRA_Motor_Reg[1] = -1;
   Tilt_Setup_PID(1, 100, pos);
@@ -76,29 +64,29 @@ void expect_gain(Script& script, const Limits& limits, std::int32_t from, std::i
 
 TEST(TiltDistance, IsExactForEveryDistance) {
   Script script;
-  tuned_vetra(script);
+  vetra_tuned_for_tilt(script);
   // With both limits at count 0 no way leads across it.
-  const Limits limits = {count_0, count_0, 0};
+  const TiltLimits limits = {count_0, count_0, 0};
   set(script, limits);
   for (std::int32_t distance = 0; distance <= 65'535; ++distance) {
-    expect_gain(script, limits, distance, count_0, exact_tilt_gain(distance));
+    expect_tilt_gain(script, limits, distance, count_0, exact_tilt_gain(distance));
     if (HasFatalFailure()) return;
   }
 }
 
 struct Row {
   const char* why;
-  Limits limits;
+  TiltLimits limits;
   std::int32_t from;  // a count
   std::int32_t pos;
   std::int32_t gain;
 };
 
 constexpr std::int32_t far = 0x14D;  // word 77, for none and for 1000 and more
-constexpr Limits none = {0, 0, 0};
-constexpr Limits apart = {count_10514, count_5020, 0};
-constexpr Limits forward = {count_5020, count_10514, 0};
-constexpr Limits forward_on = {count_5020, count_10514, 1};
+constexpr TiltLimits none = {0, 0, 0};
+constexpr TiltLimits apart = {count_10514, count_5020, 0};
+constexpr TiltLimits forward = {count_5020, count_10514, 0};
+constexpr TiltLimits forward_on = {count_5020, count_10514, 1};
 
 const Row distances[] = {
     {"none", none, 12500, 32768, far},
@@ -128,11 +116,11 @@ const Row distances[] = {
 
 TEST(TiltDistance, LeadsAcrossTheZeroOutsideTheLimits) {
   Script script;
-  tuned_vetra(script);
+  vetra_tuned_for_tilt(script);
   for (const Row& row : distances) {
     SCOPED_TRACE(row.why);
     set(script, row.limits);
-    expect_gain(script, row.limits, row.from, row.pos, row.gain);
+    expect_tilt_gain(script, row.limits, row.from, row.pos, row.gain);
   }
 }
 
@@ -153,16 +141,16 @@ const Row pulled[] = {
 
 TEST(TiltDistance, IsThatToTheLimitThatPullsTheTarget) {
   Script script;
-  tuned_vetra(script);
+  vetra_tuned_for_tilt(script);
   for (const Row& row : pulled) {
     SCOPED_TRACE(row.why);
     set(script, row.limits);
-    expect_gain(script, row.limits, row.from, row.pos, row.gain);
+    expect_tilt_gain(script, row.limits, row.from, row.pos, row.gain);
   }
 }
 
 /// The rules for a distance, once more.
-std::int32_t distance_by_rule(const Limits& limits, std::int32_t from, std::int32_t pos) {
+std::int32_t distance_by_rule(const TiltLimits& limits, std::int32_t from, std::int32_t pos) {
   const std::int32_t start = exact_tilt_count(limits.start, 18'000);
   const std::int32_t end = exact_tilt_count(limits.end, 18'000);
   const std::int32_t middle = (start + end) / 2;
@@ -179,17 +167,17 @@ std::int32_t distance_by_rule(const Limits& limits, std::int32_t from, std::int3
 
 TEST(TiltDistance, FollowsTheRulesEverywhere) {
   Script script;
-  tuned_vetra(script);
+  vetra_tuned_for_tilt(script);
   const std::int32_t places[] = {0, 2000, count_100, 16000, 30000, 45000, count_5020, 62000, 65535};
   for (const std::int32_t start : places) {
     for (const std::int32_t end : places) {
       for (const std::int32_t enabled : {0, 1}) {
-        const Limits limits = {start, end, enabled};
+        const TiltLimits limits = {start, end, enabled};
         set(script, limits);
         for (std::int32_t pos = 0; pos < 66'000; pos += 5'021) {
           for (std::int32_t from = 0; from < 19'500; from += 1'711) {
             const std::int32_t distance = distance_by_rule(limits, from, pos);
-            expect_gain(script, limits, from, pos, exact_tilt_gain(distance));
+            expect_tilt_gain(script, limits, from, pos, exact_tilt_gain(distance));
             if (HasFatalFailure()) return;
           }
         }
@@ -200,16 +188,16 @@ TEST(TiltDistance, FollowsTheRulesEverywhere) {
 
 TEST(TiltDistance, GoesBeyondTheRange) {
   Script script;
-  tuned_vetra(script);
+  vetra_tuned_for_tilt(script);
   for (const std::int32_t pos : {70'000, 131'071, 1'000'000, INT32_MAX, -1, -65'535, INT32_MIN}) {
     const std::int32_t distance = distance_by_rule(none, 2'300, pos);
-    expect_gain(script, none, 2'300, pos, exact_tilt_gain(distance));
+    expect_tilt_gain(script, none, 2'300, pos, exact_tilt_gain(distance));
   }
 }
 
 TEST(TiltDistance, IsThatFromCountZeroWhenThePositionCannotBeRead) {
   Script script;
-  tuned_vetra(script);
+  vetra_tuned_for_tilt(script);
   word_register(script, 0x32, 9000);
   iTiltVETRA_Motor_Reg[1] = -1;
   script.fail(Call::i2c, 1, 1, ENXIO);

@@ -53,20 +53,13 @@ constexpr const char* absolute_question = R"(i2c 41: w 32 r 2
 out "@@@@@@@@@@@@@@@@@11111 iStart:3500 iEnd:3500 istep:32768\n"
 )";
 
-/// A Vetra at tilt count 12600, with the plain table.
-void tuned_vetra(Script& script) {
-  vetra_head(script);
-  load(plain_tuning());
-  word_register(script, 0x32, 12600);
-}
-
-std::vector<std::int32_t> cache() {
+std::vector<std::int32_t> vetra_tilt_cache() {
   return {std::begin(iTiltVETRA_Motor_Reg), std::end(iTiltVETRA_Motor_Reg)};
 }
 
 TEST(TiltSchedule, SendsTheTableRowForAStopAndForFastMoves) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 12600);
   for (const std::int32_t speed : {0, 150, -150, 151, 7200, 9000, -7200, INT32_MAX}) {
     forget_gains();
     EXPECT_EQ(Tilt_Setup_PID(0, speed, 0), 0);
@@ -78,7 +71,7 @@ TEST(TiltSchedule, SendsTheTableRowForAStopAndForFastMoves) {
 
 TEST(TiltSchedule, OverridesTheTableRowForSlowMoves) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 12600);
   for (const std::int32_t speed : {1, 30, 149, -1, -149}) {
     forget_gains();
     EXPECT_EQ(Tilt_Setup_PID(0, speed, 0), 0);
@@ -89,7 +82,7 @@ TEST(TiltSchedule, OverridesTheTableRowForSlowMoves) {
 
 TEST(TiltSchedule, WritesASlowMoveAnewOnEveryCall) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 12600);
   Tilt_Setup_PID(0, 100, 0);
   script.transcript();
   for (int call = 0; call < 3; ++call) {
@@ -103,7 +96,7 @@ TEST(TiltSchedule, WritesASlowMoveAnewOnEveryCall) {
 
 TEST(TiltSchedule, WritesASlowMoveOnceWhenTheTableHasItsGains) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 12600);
   Tuning words = plain_tuning();
   words[70] = 40;
   load(words);
@@ -121,7 +114,7 @@ TEST(TiltSchedule, WritesASlowMoveOnceWhenTheTableHasItsGains) {
 
 TEST(TiltSchedule, SendsTheSecondRowForAbsoluteMovesOfAnySpeed) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 12600);
   for (const std::int32_t speed : {0, 1, 149, 150, 1509, 7200, -100}) {
     forget_gains();
     EXPECT_EQ(Tilt_Setup_PID(1, speed, 32768), 0);
@@ -133,22 +126,22 @@ TEST(TiltSchedule, SendsTheSecondRowForAbsoluteMovesOfAnySpeed) {
 
 TEST(TiltSchedule, RemembersWhatItWrote) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 12600);
   Tilt_Setup_PID(0, 0, 0);
-  EXPECT_EQ(cache(),
+  EXPECT_EQ(vetra_tilt_cache(),
             (std::vector<std::int32_t>{0x146, 0x147, 0x148, 0x149, 0x14A, 0x12014B, 0x12014C}));
   Tilt_Setup_PID(0, 1, 0);
-  EXPECT_EQ(cache(),
+  EXPECT_EQ(vetra_tilt_cache(),
             (std::vector<std::int32_t>{40, 0x147, 3000, 0x149, 0x14A, 0x12014B, 0x12014C}));
   Tilt_Setup_PID(1, 1, 32768);
-  EXPECT_EQ(cache(),
+  EXPECT_EQ(vetra_tilt_cache(),
             (std::vector<std::int32_t>{33, 0x14E, 0x14F, 0x150, 0x151, 0x120152, 0x120153}));
   for (const std::int32_t word : iPanVETRA_Motor_Reg) EXPECT_EQ(word, 0);
 }
 
 TEST(TiltSchedule, RemembersWhatNeverArrived) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 12600);
   script.fail(Call::i2c, 1, 5, ENXIO);
   EXPECT_EQ(Tilt_Setup_PID(0, 0, 0), 0);
   script.transcript();
@@ -158,7 +151,7 @@ TEST(TiltSchedule, RemembersWhatNeverArrived) {
 
 TEST(TiltSchedule, IsNotForgottenByAReset) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 12600);
   Tilt_Setup_PID(0, 0, 0);
   TiltReset();
   script.transcript();
@@ -175,7 +168,7 @@ TEST(TiltSchedule, IsSilentWithATableOfZeros) {
 
 TEST(TiltSchedule, IsFrozenForSettingGainsByHand) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 12600);
   Debug_PID_En(1);
   EXPECT_EQ(Tilt_Setup_PID(0, 100, 0), 0);
   EXPECT_EQ(Tilt_Setup_PID(1, 100, 32768), 0);
@@ -185,15 +178,10 @@ TEST(TiltSchedule, IsFrozenForSettingGainsByHand) {
   EXPECT_EQ(script.transcript(), paced(absolute_row));
 }
 
-struct Change {
-  std::size_t word;
-  const char* sent;
-};
-
 TEST(TiltSchedule, WritesTheWholeGroupOfAChangedWord) {
   Script script;
-  tuned_vetra(script);
-  const Change rows[] = {
+  tuned_vetra(script, 12600);
+  const ChangedWord rows[] = {
       {70, "out \"pos 1************Tilt P:0x5 I:0x147\\n\"\ni2c 41: w 10 00 05 01 47\n"},
       {71, "out \"pos 1************Tilt P:0x146 I:0x5\\n\"\ni2c 41: w 10 01 46 00 05\n"},
       {72, "out \"spd 1************Tilt P:0x5 I:0x149\\n\"\ni2c 41: w 11 00 05 01 49\n"},
@@ -209,7 +197,7 @@ TEST(TiltSchedule, WritesTheWholeGroupOfAChangedWord) {
       {77, ""},
       {56, ""},
   };
-  for (const Change& row : rows) {
+  for (const ChangedWord& row : rows) {
     load(plain_tuning());
     Tilt_Setup_PID(0, 0, 0);
     load_with(row.word, 5);
@@ -221,10 +209,10 @@ TEST(TiltSchedule, WritesTheWholeGroupOfAChangedWord) {
 
 TEST(TiltSchedule, ReadsZerosBehindTheTable) {
   Script script;
-  tuned_vetra(script);
+  tuned_vetra(script, 12600);
   std::fill(std::begin(iTiltVETRA_Motor_Reg), std::end(iTiltVETRA_Motor_Reg), 5);
   EXPECT_EQ(Tilt_Setup_PID(2, 100, 32768), 0);
-  EXPECT_EQ(cache(), std::vector<std::int32_t>(7, 0));
+  EXPECT_EQ(vetra_tilt_cache(), std::vector<std::int32_t>(7, 0));
   // Neither the distance nor the slow speed counts for such a mode.
   EXPECT_EQ(script.transcript(), paced(R"(out "pos 1************Tilt P:0x0 I:0x0\n"
 i2c 41: w 10 00 00 00 00

@@ -35,6 +35,12 @@ inline void load_with(std::size_t word, std::int32_t value) {
   load(words);
 }
 
+/// A word of the table, and what its change makes the library send.
+struct ChangedWord {
+  std::size_t word;
+  const char* sent;
+};
+
 /// Nothing was written yet, for all that the library knows.
 inline void forget_gains() {
   std::fill(std::begin(iPanVETRA_Motor_Reg), std::end(iPanVETRA_Motor_Reg), 0);
