@@ -58,7 +58,7 @@ TEST(PositionCounter, TakesNoLock) {
 }
 
 /// A reply and what the counter's function makes of it.
-struct Reading {
+struct CounterReading {
   int32_t variant;
   uint32_t (*read)();
   std::uint8_t query;
@@ -67,8 +67,8 @@ struct Reading {
 };
 
 template <std::size_t count>
-void expect_readings(const Reading (&rows)[count]) {
-  for (const Reading& row : rows) {
+void expect_readings(const CounterReading (&rows)[count]) {
+  for (const CounterReading& row : rows) {
     Script script;
     SetLensType(row.variant);
     script.query_reply(row.query, row.reply);
@@ -78,7 +78,7 @@ void expect_readings(const Reading (&rows)[count]) {
 }
 
 TEST(WholeCounter, IsHighByteFirstAndWithoutItsSign) {
-  const Reading rows[] = {
+  const CounterReading rows[] = {
       {7, GetZoom1Count, 0xC7, {0x01, 0x02, 0x03, 0x04}, 0x01020304},
       {7, GetZoom1Count, 0xC7, {0xFF, 0xFF, 0xFF, 0xFB}, 5},
       {7, GetZoom1Count, 0xC7, {0x7F, 0xFF, 0xFF, 0xFF}, 0x7FFFFFFF},
@@ -94,7 +94,7 @@ TEST(WholeCounter, IsHighByteFirstAndWithoutItsSign) {
 }
 
 TEST(RawCounter, IsTheTwoLastBytes) {
-  const Reading rows[] = {
+  const CounterReading rows[] = {
       {8, GetFocusCount, 0x8C, {0x11, 0x22, 0x00, 0x00}, 0},
       {8, GetFocusCount, 0x8C, {0x11, 0x22, 0x33, 0x44}, 0x3344},
       {8, GetFocusCount, 0x8C, {0x11, 0x22, 0xFF, 0xFB}, 0xFFFB},
@@ -124,7 +124,7 @@ TEST(FoldedCounter, CountsDownFromTheMiddleOfItsRange) {
       {{0, 0, 0xFF, 0xFF}, 49152, 49152},
   };
   for (const Fold& fold : folds) {
-    const Reading rows[] = {
+    const CounterReading rows[] = {
         {7, GetZoom2Count, 0x8F, fold.reply, fold.count},
         {7, GetFocusCount, 0x8F, fold.reply, fold.count},
         {9, GetZoom1Count, 0x8F, fold.reply, fold.without_sign},
@@ -134,7 +134,7 @@ TEST(FoldedCounter, CountsDownFromTheMiddleOfItsRange) {
 }
 
 /// Every counter that has a query, and what zeros read as.
-const Reading zeros[] = {
+const CounterReading zeros[] = {
     {7, GetZoom1Count, 0xC7, {}, 0},     {8, GetZoom1Count, 0x87, {}, 0},
     {9, GetZoom1Count, 0x8F, {}, 16383}, {7, GetZoom2Count, 0x8F, {}, 16383},
     {8, GetZoom3Count, 0x3A, {}, 0},     {7, GetFocusCount, 0x8F, {}, 16383},
@@ -142,7 +142,7 @@ const Reading zeros[] = {
 };
 
 TEST(PositionCounter, ReadsZerosWhenTheQueryFails) {
-  for (const Reading& row : zeros) {
+  for (const CounterReading& row : zeros) {
     Script script;
     SetLensType(row.variant);
     script.query_reply(row.query, {1, 2, 3, 4});
@@ -154,7 +154,7 @@ TEST(PositionCounter, ReadsZerosWhenTheQueryFails) {
 }
 
 TEST(PositionCounter, ReadsZerosWhileTheLatchIsSet) {
-  for (const Reading& row : zeros) {
+  for (const CounterReading& row : zeros) {
     Script script;
     SetLensType(row.variant);
     script.query_reply(row.query, {1, 2, 3, 4});

@@ -1,21 +1,18 @@
 #include <gtest/gtest.h>
 
-#include <cstdint>
-
 #include "kelvo.h"
+#include "lens/download.h"
 #include "script/script.h"
 
 namespace {
 
 using kelvo::test::Call;
+using kelvo::test::download_short_image;
 using kelvo::test::forever;
 using kelvo::test::Script;
+using kelvo::test::short_image;
 
-constexpr std::uint8_t image[4] = {0xDE, 0xAD, 0xBE, 0xEF};
-
-int32_t download() { return DownloadCode(0x22, 0x00030201, 4, 0x12345678, image); }
-
-void answer_checksum(Script& script) {
+void answer_right_checksum(Script& script) {
   script.reply({0x66}, {0, 0, 0x78, 0x56, 0});
   script.reply({0x67}, {0, 0, 0x34, 0x12, 0});
 }
@@ -23,9 +20,9 @@ void answer_checksum(Script& script) {
 TEST(DownloadFailure, OfEveryTransferIsSeenOnlyInTheChecksums) {
   Script script;
   SetLensType(8);
-  answer_checksum(script);
+  answer_right_checksum(script);
   script.fail(Call::transfer, 1, forever, EIO);
-  EXPECT_EQ(download(), 1);
+  EXPECT_EQ(download_short_image(), 1);
   EXPECT_EQ(script.transcript(), R"(open /dev/spi_renesas
 lock
 spi_renesas: E3 01 02 03 A0 -> EIO
@@ -66,13 +63,13 @@ out "ChecksumError:1\n"
 TEST(DownloadFailure, OfEveryTransferPassesAChecksumOfZero) {
   Script script;
   script.fail(Call::transfer, 1, forever, EIO);
-  EXPECT_EQ(DownloadCode(0x22, 0, 4, 0, image), 0);
+  EXPECT_EQ(DownloadCode(0x22, 0, 4, 0, short_image), 0);
 }
 
 TEST(DownloadFailure, WithoutADeviceTriesToOpenItForEachFrame) {
   Script script;
   script.fail(Call::open, 1, forever, ENOENT);
-  EXPECT_EQ(download(), 1);
+  EXPECT_EQ(download_short_image(), 1);
   EXPECT_EQ(script.transcript(), R"(open /dev/spi_renesas -> ENOENT
 err "Open /dev/spi_renesas fail\n"
 lock
@@ -121,9 +118,9 @@ out "ChecksumError:1\n"
 
 TEST(DownloadFailure, ToOpenTheDeviceAtFirstLosesOnlyTheAddress) {
   Script script;
-  answer_checksum(script);
+  answer_right_checksum(script);
   script.fail(Call::open, 1, 1, EBUSY);
-  EXPECT_EQ(download(), 0);
+  EXPECT_EQ(download_short_image(), 0);
   EXPECT_EQ(script.transcript_without({"lock", "unlock", "usleep", "out"}),
             R"(open /dev/spi_renesas -> EBUSY
 err "Open /dev/spi_renesas fail\n"
@@ -139,9 +136,9 @@ spi_renesas: 67 00 00 00 A0
 
 TEST(DownloadFailure, ToFindMemoryLeavesThePayloadOutAndTheChecksumsDecide) {
   Script script;
-  answer_checksum(script);
+  answer_right_checksum(script);
   script.fail(Call::calloc, 1, 1, ENOMEM);
-  EXPECT_EQ(download(), 0);
+  EXPECT_EQ(download_short_image(), 0);
   EXPECT_EQ(script.transcript_without({"lock", "unlock", "usleep"}),
             R"(open /dev/spi_renesas
 spi_renesas: E3 01 02 03 A0
@@ -160,17 +157,17 @@ out "ChecksumError:0\n"
 
 TEST(DownloadFailure, ToSleepIsIgnored) {
   Script script;
-  answer_checksum(script);
+  answer_right_checksum(script);
   script.fail(Call::usleep, 1, forever, EINTR);
-  EXPECT_EQ(download(), 0);
+  EXPECT_EQ(download_short_image(), 0);
   EXPECT_EQ(script.count(Call::usleep), 2);
 }
 
 TEST(DownloadFailure, ToLockTheBusIsIgnored) {
   Script script;
-  answer_checksum(script);
+  answer_right_checksum(script);
   script.fail(Call::semop, 1, forever, EINVAL);
-  EXPECT_EQ(download(), 0);
+  EXPECT_EQ(download_short_image(), 0);
   EXPECT_EQ(script.count(Call::transfer), 6);
   EXPECT_EQ(script.semaphore_value(), 0);
 }

@@ -1,3 +1,5 @@
+#include "lens/download.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -11,16 +13,16 @@ namespace {
 
 using kelvo::test::Bytes;
 using kelvo::test::Call;
+using kelvo::test::download_short_image;
 using kelvo::test::Script;
-
-constexpr std::uint8_t image[4] = {0xDE, 0xAD, 0xBE, 0xEF};
+using kelvo::test::short_image;
 
 void answer_checksum(Script& script, const Bytes& low, const Bytes& high) {
   script.reply({0x66}, low);
   script.reply({0x67}, high);
 }
 
-/// The download of `image` to memory 0x22 at 0x030201, up to the announced checksum.
+/// The download of `short_image` to memory 0x22 at 0x030201, up to the announced checksum.
 const char* const transfer_steps = R"(open /dev/spi_renesas
 lock
 spi_renesas: E3 01 02 03 A0
@@ -45,12 +47,10 @@ out "Checksum:12345678\n"
 
 const std::vector<std::string> transfer_noise = {"lock", "unlock", "usleep", "open", "spi_renesas"};
 
-int32_t download() { return DownloadCode(0x22, 0x00030201, 4, 0x12345678, image); }
-
 TEST(DownloadCode, SendsAddressSizeAndImageThenComparesBothChecksumHalves) {
   Script script;
   answer_checksum(script, {0, 0, 0x78, 0x56, 0}, {0, 0, 0x34, 0x12, 0});
-  EXPECT_EQ(download(), 0);
+  EXPECT_EQ(download_short_image(), 0);
   EXPECT_EQ(script.transcript(), std::string(transfer_steps) + R"(lock
 spi_renesas: 66 00 00 00 A0
 unlock
@@ -64,7 +64,7 @@ out "ChecksumError:0\n"
 TEST(DownloadCode, ReportsALowHalfThatDiffersThoughTheHighHalfMatches) {
   Script script;
   answer_checksum(script, {0, 0, 0x0A, 0xB0, 0}, {0, 0, 0x34, 0x12, 0});
-  EXPECT_EQ(download(), 1);
+  EXPECT_EQ(download_short_image(), 1);
   EXPECT_EQ(script.transcript(), std::string(transfer_steps) + R"(lock
 spi_renesas: 66 00 00 00 A0
 unlock
@@ -79,7 +79,7 @@ out "ChecksumError:1\n"
 TEST(DownloadCode, ReportsAHighHalfThatDiffersThoughTheLowHalfMatches) {
   Script script;
   answer_checksum(script, {0, 0, 0x78, 0x56, 0}, {0, 0, 0x0A, 0xB0, 0});
-  EXPECT_EQ(download(), 1);
+  EXPECT_EQ(download_short_image(), 1);
   EXPECT_EQ(script.transcript(), std::string(transfer_steps) + R"(lock
 spi_renesas: 66 00 00 00 A0
 unlock
@@ -94,7 +94,7 @@ out "ChecksumError:1\n"
 TEST(DownloadCode, ReportsBothHalvesAndReturnsOneForThemTogether) {
   Script script;
   answer_checksum(script, {0, 0, 1, 2, 0}, {0, 0, 3, 4, 0});
-  EXPECT_EQ(download(), 1);
+  EXPECT_EQ(download_short_image(), 1);
   EXPECT_EQ(script.transcript(), std::string(transfer_steps) + R"(lock
 spi_renesas: 66 00 00 00 A0
 unlock
@@ -128,7 +128,7 @@ TEST(DownloadCode, ComparesEachOfTheFourBytes) {
   };
   for (int i = 0; i < 5; ++i) {
     answer_checksum(script, low[i], high[i]);
-    EXPECT_EQ(download(), i == 0 ? 0 : 1) << i;
+    EXPECT_EQ(download_short_image(), i == 0 ? 0 : 1) << i;
     const std::string text = script.transcript_without(transfer_noise);
     const std::string announced = "out \"Checksum:12345678\\n\"\n";
     ASSERT_NE(text.find(announced), std::string::npos);
@@ -139,23 +139,23 @@ TEST(DownloadCode, ComparesEachOfTheFourBytes) {
 TEST(DownloadCode, LooksAtNoOtherByteOfTheReplies) {
   Script script;
   answer_checksum(script, {0xFF, 0xEE, 0x78, 0x56, 0xDD}, {0xCC, 0xBB, 0x34, 0x12, 0xAA});
-  EXPECT_EQ(download(), 0);
+  EXPECT_EQ(download_short_image(), 0);
 }
 
 TEST(DownloadCode, DoesNotTakeTheHalvesInTheWrongOrder) {
   Script script;
   answer_checksum(script, {0, 0, 0x34, 0x12, 0}, {0, 0, 0x78, 0x56, 0});
-  EXPECT_EQ(download(), 1);
+  EXPECT_EQ(download_short_image(), 1);
   answer_checksum(script, {0, 0, 0x56, 0x78, 0}, {0, 0, 0x12, 0x34, 0});
-  EXPECT_EQ(download(), 1);
+  EXPECT_EQ(download_short_image(), 1);
 }
 
 TEST(DownloadCode, SendsOnlyTheLowThreeBytesOfTheAddress) {
   Script script;
-  DownloadCode(0x22, 0xFFFFE000, 4, 0, image);
-  DownloadCode(0x22, 0xFFFFD000, 4, 0, image);
-  DownloadCode(0x22, 0x00000200, 4, 0, image);
-  DownloadCode(0x22, 0x12345678, 4, 0, image);
+  DownloadCode(0x22, 0xFFFFE000, 4, 0, short_image);
+  DownloadCode(0x22, 0xFFFFD000, 4, 0, short_image);
+  DownloadCode(0x22, 0x00000200, 4, 0, short_image);
+  DownloadCode(0x22, 0x12345678, 4, 0, short_image);
   const std::string text = script.transcript();
   std::string addresses;
   for (std::size_t at = text.find(": E3"); at != std::string::npos;
@@ -187,7 +187,7 @@ spi_renesas: 67 00 00 00 A0
 TEST(DownloadCode, PrintsTheWholeChecksumInTheDigitsThatItNeeds) {
   Script script;
   for (const std::uint32_t checksum : {0x0U, 0xAU, 0x1234U, 0x12345U, 0x02AA342FU, 0xE9EAD60EU}) {
-    DownloadCode(0x23, 0, 4, checksum, image);
+    DownloadCode(0x23, 0, 4, checksum, short_image);
   }
   const std::string text = script.transcript();
   std::string printed;
@@ -207,7 +207,7 @@ TEST(DownloadCode, PrintsTheWholeChecksumInTheDigitsThatItNeeds) {
 TEST(DownloadCode, WorksWhileTheLatchIsSetAndLeavesItSet) {
   Script script;
   answer_checksum(script, {0, 0, 0x78, 0x56, 0}, {0, 0, 0x34, 0x12, 0});
-  EXPECT_EQ(download(), 0);
+  EXPECT_EQ(download_short_image(), 0);
   EXPECT_EQ(script.count(Call::transfer), 6);
   EXPECT_EQ(GetLensType(), -1);
 }
@@ -218,7 +218,7 @@ TEST(DownloadCode, IgnoresAFailureOfAnyTransferBeforeTheChecksumIsRead) {
     SetLensType(7);
     answer_checksum(script, {0, 0, 0x78, 0x56, 0}, {0, 0, 0x34, 0x12, 0});
     script.fail(Call::transfer, nth, 1, EIO);
-    EXPECT_EQ(download(), 0) << nth;
+    EXPECT_EQ(download_short_image(), 0) << nth;
     EXPECT_EQ(script.count(Call::transfer), 6) << nth;
     EXPECT_EQ(GetLensType(), 7) << nth;
   }
@@ -230,7 +230,7 @@ TEST(DownloadCode, SucceedsWhenAChecksumReadNeedsItsRetry) {
     SetLensType(7);
     answer_checksum(script, {0, 0, 0x78, 0x56, 0}, {0, 0, 0x34, 0x12, 0});
     script.fail(Call::transfer, nth, 1, EIO);
-    EXPECT_EQ(download(), 0) << nth;
+    EXPECT_EQ(download_short_image(), 0) << nth;
     EXPECT_EQ(script.count(Call::transfer), 7) << nth;
     EXPECT_EQ(GetLensType(), 7) << nth;
   }
@@ -241,7 +241,7 @@ TEST(DownloadCode, JudgesAnUnreadLowHalfAsZeros) {
   SetLensType(7);
   answer_checksum(script, {0, 0, 0x78, 0x56, 0}, {0, 0, 0x34, 0x12, 0});
   script.fail(Call::transfer, 5, 2, EIO);
-  EXPECT_EQ(download(), 1);
+  EXPECT_EQ(download_short_image(), 1);
   EXPECT_EQ(script.transcript(), std::string(transfer_steps) + R"(lock
 spi_renesas: 66 00 00 00 A0 -> EIO
 spi_renesas: 66 00 00 00 A0 -> EIO
@@ -261,7 +261,7 @@ TEST(DownloadCode, JudgesAnUnreadHighHalfByTheReplyToTheLowHalf) {
   SetLensType(7);
   answer_checksum(script, {0, 0, 0x78, 0x56, 0}, {0, 0, 0x34, 0x12, 0});
   script.fail(Call::transfer, 6, 2, EIO);
-  EXPECT_EQ(download(), 1);
+  EXPECT_EQ(download_short_image(), 1);
   EXPECT_EQ(script.transcript(), std::string(transfer_steps) + R"(lock
 spi_renesas: 66 00 00 00 A0
 unlock
@@ -280,7 +280,7 @@ TEST(DownloadCode, AcceptsAChecksumOfEqualHalvesWhenOnlyTheLowOneWasRead) {
   Script script;
   answer_checksum(script, {0, 0, 0x34, 0x12, 0}, {0, 0, 0x34, 0x12, 0});
   script.fail(Call::transfer, 6, 2, EIO);
-  EXPECT_EQ(DownloadCode(0x22, 0, 4, 0x12341234, image), 0);
+  EXPECT_EQ(DownloadCode(0x22, 0, 4, 0x12341234, short_image), 0);
 }
 
 }  // namespace

@@ -16,6 +16,7 @@ namespace kelvo::test {
 
 /// What is left out where only frames, waits and prints matter.
 inline const std::vector<std::string> locks_and_opening = {"lock", "unlock", "open"};
+inline const std::vector<std::string> locks = {"lock", "unlock"};
 
 struct ModuleCase {
   std::int32_t variant;

@@ -128,7 +128,7 @@ spi_renesas: 81 05 00 00 00 86 00 00 00 00 00 00
 }
 
 /// A reply and what a function with a sensor makes of it.
-struct Reading {
+struct InterrupterReading {
   int32_t variant;
   uint32_t (*read)(uint32_t);
   std::uint8_t query;
@@ -137,7 +137,7 @@ struct Reading {
 };
 
 TEST(InterrupterState, FollowsFromTheReply) {
-  const Reading rows[] = {
+  const InterrupterReading rows[] = {
       {7, getPI, 0x81, {0xFF, 0xFF, 0x00, 0x00}, 0},
       {7, getPI, 0x81, {0xFF, 0xFF, 0x04, 0xCC}, 0},  // 1228
       {7, getPI, 0x81, {0x00, 0x00, 0x04, 0xCD}, 1},  // 1229
@@ -151,7 +151,7 @@ TEST(InterrupterState, FollowsFromTheReply) {
       {9, getPI_Cali_DE051, 0xCD, {0x00, 0x00, 0x00, 0xFF}, 1},
       {6, getPI_Cali_DE051, 0xCD, {0x00, 0x00, 0x00, 0x01}, 1},
   };
-  for (const Reading& row : rows) {
+  for (const InterrupterReading& row : rows) {
     Script script;
     SetLensType(row.variant);
     script.query_reply(row.query, row.reply);

@@ -6,14 +6,12 @@
 
 namespace {
 
-struct Row {
-  int row;
-  int divider;
-  int period;
-};
-
 TEST(SpeedTable, HoldsTheRowsThatTheMovesRead) {
-  constexpr Row rows[39] = {
+  constexpr struct {
+    int row;
+    int divider;
+    int period;
+  } rows[39] = {
       {217, 448, 657}, {218, 448, 675}, {219, 448, 694}, {220, 448, 714}, {221, 448, 735},
       {222, 448, 757}, {223, 448, 781}, {224, 448, 806}, {225, 448, 833}, {226, 448, 862},
       {227, 448, 892}, {228, 448, 925}, {229, 448, 961}, {230, 384, 500}, {231, 384, 520},
@@ -23,7 +21,7 @@ TEST(SpeedTable, HoldsTheRowsThatTheMovesRead) {
       {247, 320, 781}, {248, 320, 892}, {249, 256, 520}, {250, 256, 625}, {251, 256, 781},
       {252, 192, 520}, {253, 192, 781}, {254, 128, 781}, {255, 0, 0},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     EXPECT_EQ(SpeedTable[row.row][0], row.divider) << "row " << row.row;
     EXPECT_EQ(SpeedTable[row.row][2], row.period) << "row " << row.row;
   }

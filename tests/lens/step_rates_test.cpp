@@ -8,13 +8,14 @@
 
 namespace {
 
-struct Row {
+struct StepRateRow {
   int index;
   std::uint32_t value;
 };
 
-void expect_rows(const std::uint32_t (&table)[256], const std::vector<Row>& rows) {
-  for (const Row& row : rows) EXPECT_EQ(table[row.index], row.value) << "index " << row.index;
+void expect_rows(const std::uint32_t (&table)[256], const std::vector<StepRateRow>& rows) {
+  for (const StepRateRow& row : rows)
+    EXPECT_EQ(table[row.index], row.value) << "index " << row.index;
 }
 
 TEST(StepRates, OfMicroStepsAt1320HaveTheirTellingRows) {

@@ -3,28 +3,27 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "kelvo.h"
+#include "lens/module_case.h"
 #include "script/script.h"
 
 namespace {
 
 using kelvo::test::Call;
 using kelvo::test::forever;
+using kelvo::test::locks;
 using kelvo::test::Script;
 
-const std::vector<std::string> locks = {"lock", "unlock"};
-
 /// The six operations at speed 100 and 1000 steps, and the frames in which they differ.
-struct Operation {
+struct Zoom1Operation {
   const char* name;
   uint32_t (*run)();
   const char* direction;
   const char* mode;
   const char* early_wait;
 };
-constexpr Operation operations[6] = {
+constexpr Zoom1Operation zoom1_operations[6] = {
     {"setZoom1Forward", [] { return setZoom1Forward(100, 1000); }, "38 00 00 00 00 38 00",
      "39 00 00 00 01 3A 00", ""},
     {"setZoom1Backward", [] { return setZoom1Backward(100, 1000); }, "38 00 00 00 01 39 00",
@@ -39,7 +38,7 @@ constexpr Operation operations[6] = {
      "39 00 00 00 01 3A 00", "usleep 100000\n"},
 };
 
-std::string first_move(const Operation& operation) {
+std::string first_move(const Zoom1Operation& operation) {
   return std::string("spi_renesas: ") + operation.direction + "\nspi_renesas: " + operation.mode +
          R"(
 spi_renesas: 3A 00 00 01 78 B3 00
@@ -53,7 +52,7 @@ spi_renesas: 3F 00 00 00 01 40 00
 )";
 }
 
-std::string later_move(const Operation& operation) {
+std::string later_move(const Zoom1Operation& operation) {
   return std::string("spi_renesas: ") + operation.direction + "\nspi_renesas: " + operation.mode +
          R"(
 spi_renesas: 3A 00 00 01 78 B3 00
@@ -66,7 +65,7 @@ spi_renesas: 3F 00 00 00 01 40 00
 }
 
 /// A fresh process for one operation's first move.
-void expect_first_move(const Operation& operation) {
+void expect_first_move(const Zoom1Operation& operation) {
   Script script;
   SetLensType(7);
   EXPECT_EQ(operation.run(), 0U) << operation.name;
@@ -108,21 +107,25 @@ unlock
 )");
 }
 
-TEST(Zoom1CommandBlock, MovesForwardInModeOne) { expect_first_move(operations[0]); }
-TEST(Zoom1CommandBlock, MovesBackwardInModeOne) { expect_first_move(operations[1]); }
-TEST(Zoom1CommandBlock, MovesForwardInModeZeroForTwoTwo) { expect_first_move(operations[2]); }
-TEST(Zoom1CommandBlock, MovesBackwardInModeZeroForTwoTwo) { expect_first_move(operations[3]); }
-TEST(Zoom1CommandBlock, WaitsFiftyMoreForTheFirstMicroForward) { expect_first_move(operations[4]); }
+TEST(Zoom1CommandBlock, MovesForwardInModeOne) { expect_first_move(zoom1_operations[0]); }
+TEST(Zoom1CommandBlock, MovesBackwardInModeOne) { expect_first_move(zoom1_operations[1]); }
+TEST(Zoom1CommandBlock, MovesForwardInModeZeroForTwoTwo) { expect_first_move(zoom1_operations[2]); }
+TEST(Zoom1CommandBlock, MovesBackwardInModeZeroForTwoTwo) {
+  expect_first_move(zoom1_operations[3]);
+}
+TEST(Zoom1CommandBlock, WaitsFiftyMoreForTheFirstMicroForward) {
+  expect_first_move(zoom1_operations[4]);
+}
 TEST(Zoom1CommandBlock, WaitsAHundredMoreForTheFirstMicroBackward) {
-  expect_first_move(operations[5]);
+  expect_first_move(zoom1_operations[5]);
 }
 
 TEST(Zoom1CommandBlock, WaitsOnlyBeforeTheFirstMoveOfWhicheverOperation) {
   Script script;
   SetLensType(7);
-  operations[5].run();
+  zoom1_operations[5].run();
   script.transcript();
-  for (const Operation& operation : operations) {
+  for (const Zoom1Operation& operation : zoom1_operations) {
     EXPECT_EQ(operation.run(), 0U);
     EXPECT_EQ(script.transcript_without(locks), later_move(operation)) << operation.name;
   }
@@ -131,15 +134,15 @@ TEST(Zoom1CommandBlock, WaitsOnlyBeforeTheFirstMoveOfWhicheverOperation) {
 TEST(Zoom1CommandBlock, DoesNotWaitAgainAfterSetLensType) {
   Script script;
   SetLensType(7);
-  operations[0].run();
+  zoom1_operations[0].run();
   SetLensType(7);
   script.transcript();
-  operations[4].run();
-  EXPECT_EQ(script.transcript_without(locks), later_move(operations[4]));
+  zoom1_operations[4].run();
+  EXPECT_EQ(script.transcript_without(locks), later_move(zoom1_operations[4]));
 }
 
 /// The frame of this command in the transcript of one move forward.
-std::string frame(std::uint8_t speed, std::uint32_t steps, const std::string& command) {
+std::string zoom1_frame(std::uint8_t speed, std::uint32_t steps, const std::string& command) {
   Script script;
   SetLensType(7);
   setZoom1Forward(speed, steps);
@@ -149,20 +152,20 @@ std::string frame(std::uint8_t speed, std::uint32_t steps, const std::string& co
 }
 
 TEST(Zoom1CommandBlock, ScalesTheSpeedLevelToNineHundredAndSixty) {
-  EXPECT_EQ(frame(0, 10, "3A"), "3A 00 00 00 00 3A 00");
-  EXPECT_EQ(frame(1, 10, "3A"), "3A 00 00 00 03 3D 00");
-  EXPECT_EQ(frame(53, 10, "3A"), "3A 00 00 00 C7 01 00");
-  EXPECT_EQ(frame(128, 10, "3A"), "3A 00 00 01 E1 1C 00");
-  EXPECT_EQ(frame(254, 10, "3A"), "3A 00 00 03 BC F9 00");
-  EXPECT_EQ(frame(255, 10, "3A"), "3A 00 00 03 C0 FD 00");
+  EXPECT_EQ(zoom1_frame(0, 10, "3A"), "3A 00 00 00 00 3A 00");
+  EXPECT_EQ(zoom1_frame(1, 10, "3A"), "3A 00 00 00 03 3D 00");
+  EXPECT_EQ(zoom1_frame(53, 10, "3A"), "3A 00 00 00 C7 01 00");
+  EXPECT_EQ(zoom1_frame(128, 10, "3A"), "3A 00 00 01 E1 1C 00");
+  EXPECT_EQ(zoom1_frame(254, 10, "3A"), "3A 00 00 03 BC F9 00");
+  EXPECT_EQ(zoom1_frame(255, 10, "3A"), "3A 00 00 03 C0 FD 00");
 }
 
 TEST(Zoom1CommandBlock, SendsOnlyTheLowSixteenBitsOfTheCount) {
-  EXPECT_EQ(frame(0, 0, "3C"), "3C 00 00 00 00 3C 00");
-  EXPECT_EQ(frame(0, 65535, "3C"), "3C 00 00 FF FF 3A 00");
-  EXPECT_EQ(frame(0, 65536, "3C"), "3C 00 00 00 00 3C 00");
-  EXPECT_EQ(frame(0, 70000, "3C"), "3C 00 00 11 70 BD 00");
-  EXPECT_EQ(frame(0, 0xFFFFFFFF, "3C"), "3C 00 00 FF FF 3A 00");
+  EXPECT_EQ(zoom1_frame(0, 0, "3C"), "3C 00 00 00 00 3C 00");
+  EXPECT_EQ(zoom1_frame(0, 65535, "3C"), "3C 00 00 FF FF 3A 00");
+  EXPECT_EQ(zoom1_frame(0, 65536, "3C"), "3C 00 00 00 00 3C 00");
+  EXPECT_EQ(zoom1_frame(0, 70000, "3C"), "3C 00 00 11 70 BD 00");
+  EXPECT_EQ(zoom1_frame(0, 0xFFFFFFFF, "3C"), "3C 00 00 FF FF 3A 00");
 }
 
 TEST(Zoom1CommandBlock, TakesANegativeMicroCountByItsLowBits) {
@@ -185,7 +188,7 @@ spi_renesas: 3F 00 00 00 01 40 00
 
 TEST(Zoom1CommandBlock, SucceedsWhenOneFrameNeedsItsRetry) {
   for (int nth = 1; nth <= 8; ++nth) {
-    for (const Operation& operation : operations) {
+    for (const Zoom1Operation& operation : zoom1_operations) {
       Script script;
       SetLensType(7);
       script.fail(Call::transfer, nth, 1, EIO);
@@ -198,7 +201,7 @@ TEST(Zoom1CommandBlock, SucceedsWhenOneFrameNeedsItsRetry) {
 
 TEST(Zoom1CommandBlock, ReturnsTheLatchAndSendsNoMoreAfterAFrameThatFailedTwice) {
   for (int nth = 1; nth <= 8; ++nth) {
-    for (const Operation& operation : operations) {
+    for (const Zoom1Operation& operation : zoom1_operations) {
       Script script;
       SetLensType(7);
       script.fail(Call::transfer, nth, 2, EIO);

@@ -2,17 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "kelvo.h"
+#include "lens/module_case.h"
 #include "script/script.h"
 
 namespace {
 
 using kelvo::test::Call;
+using kelvo::test::locks;
 using kelvo::test::Script;
-
-const std::vector<std::string> locks = {"lock", "unlock"};
 
 TEST(FocusRegisters, TakeTheLockForEachWriteAndNotForTheWait) {
   Script script;

@@ -3,18 +3,17 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "kelvo.h"
+#include "lens/module_case.h"
 #include "script/script.h"
 
 namespace {
 
 using kelvo::test::Call;
 using kelvo::test::forever;
+using kelvo::test::locks;
 using kelvo::test::Script;
-
-const std::vector<std::string> locks = {"lock", "unlock"};
 
 TEST(Zoom3CommandBlock, TakesTheLockForEachFrameAndNotForTheWait) {
   Script script;
@@ -95,7 +94,7 @@ TEST(Zoom3CommandBlock, HasAStartedFlagOfItsOwn) {
 }
 
 /// The frame of this command in the transcript of one move forward.
-std::string frame(std::uint8_t speed, std::uint32_t steps, const std::string& command) {
+std::string zoom3_frame(std::uint8_t speed, std::uint32_t steps, const std::string& command) {
   Script script;
   SetLensType(8);
   setZoom3Forward(speed, steps);
@@ -105,21 +104,21 @@ std::string frame(std::uint8_t speed, std::uint32_t steps, const std::string& co
 }
 
 TEST(Zoom3CommandBlock, ScalesTheSpeedLevelAndTruncatesBeforeTheEightfold) {
-  EXPECT_EQ(frame(0, 10, "18"), "18 00 00 00 00 18 00");
-  EXPECT_EQ(frame(1, 10, "18"), "18 00 00 00 28 40 00");
-  EXPECT_EQ(frame(2, 10, "18"), "18 00 00 00 50 68 00");
-  EXPECT_EQ(frame(53, 10, "18"), "18 00 00 08 90 B0 00");
-  EXPECT_EQ(frame(128, 10, "18"), "18 00 00 14 B0 DC 00");
-  EXPECT_EQ(frame(254, 10, "18"), "18 00 00 29 10 51 00");
-  EXPECT_EQ(frame(255, 10, "18"), "18 00 00 29 40 81 00");
+  EXPECT_EQ(zoom3_frame(0, 10, "18"), "18 00 00 00 00 18 00");
+  EXPECT_EQ(zoom3_frame(1, 10, "18"), "18 00 00 00 28 40 00");
+  EXPECT_EQ(zoom3_frame(2, 10, "18"), "18 00 00 00 50 68 00");
+  EXPECT_EQ(zoom3_frame(53, 10, "18"), "18 00 00 08 90 B0 00");
+  EXPECT_EQ(zoom3_frame(128, 10, "18"), "18 00 00 14 B0 DC 00");
+  EXPECT_EQ(zoom3_frame(254, 10, "18"), "18 00 00 29 10 51 00");
+  EXPECT_EQ(zoom3_frame(255, 10, "18"), "18 00 00 29 40 81 00");
 }
 
 TEST(Zoom3CommandBlock, SendsOnlyTheLowSixteenBitsOfTheCount) {
-  EXPECT_EQ(frame(0, 0, "19"), "19 00 00 00 00 19 00");
-  EXPECT_EQ(frame(0, 65535, "19"), "19 00 00 FF FF 17 00");
-  EXPECT_EQ(frame(0, 65536, "19"), "19 00 00 00 00 19 00");
-  EXPECT_EQ(frame(0, 70000, "19"), "19 00 00 11 70 9A 00");
-  EXPECT_EQ(frame(0, 0xFFFFFFFF, "19"), "19 00 00 FF FF 17 00");
+  EXPECT_EQ(zoom3_frame(0, 0, "19"), "19 00 00 00 00 19 00");
+  EXPECT_EQ(zoom3_frame(0, 65535, "19"), "19 00 00 FF FF 17 00");
+  EXPECT_EQ(zoom3_frame(0, 65536, "19"), "19 00 00 00 00 19 00");
+  EXPECT_EQ(zoom3_frame(0, 70000, "19"), "19 00 00 11 70 9A 00");
+  EXPECT_EQ(zoom3_frame(0, 0xFFFFFFFF, "19"), "19 00 00 FF FF 17 00");
 }
 
 TEST(Zoom3CommandBlock, SucceedsWhenOneFrameNeedsItsRetry) {
