@@ -1,22 +1,19 @@
 #include <gtest/gtest.h>
 
 #include "kelvo.h"
+#include "ois/iris_calibration.h"
 #include "script/script.h"
 
 namespace {
 
-using kelvo::test::Bytes;
 using kelvo::test::Call;
 using kelvo::test::forever;
+using kelvo::test::iris_calibration;
 using kelvo::test::Script;
-
-// Polarity 0x1234, offset 0x0102, gain 0xFFFE, minimum 0x0050, maximum 0x0FA0, sine 0x7777.
-const Bytes iris_record = {0x34, 0x12, 0, 0, 0x02, 0x01, 0, 0, 0xFE, 0xFF, 0, 0,
-                           0x50, 0x00, 0, 0, 0xA0, 0x0F, 0, 0, 0x77, 0x77, 0, 0};
 
 TEST(IrisCalibration, StopsSendingAfterACommandThatFailedTwice) {
   Script script;
-  script.file("/bin/DC_S_Cali.dat", iris_record);
+  script.file("/bin/DC_S_Cali.dat", iris_calibration);
   SetLensType(8);
   script.fail(Call::transfer, 2, 2, EIO);
   Load_DC();
@@ -50,7 +47,7 @@ out "sin 0x98:00 00 00 00\n"
 
 TEST(IrisCalibration, StopsReadingBackAfterAFailedQuery) {
   Script script;
-  script.file("/bin/DC_S_Cali.dat", iris_record);
+  script.file("/bin/DC_S_Cali.dat", iris_calibration);
   script.query_reply(0xA1, {1, 2, 3, 4});
   script.query_reply(0xD3, {5, 6, 7, 8});
   SetLensType(8);
@@ -77,7 +74,7 @@ out "sin 0x98:00 00 00 00\n"
 
 TEST(IrisCalibration, LatchesWithoutADevice) {
   Script script;
-  script.file("/bin/DC_S_Cali.dat", iris_record);
+  script.file("/bin/DC_S_Cali.dat", iris_calibration);
   SetLensType(8);
   script.fail(Call::open, 1, forever, ENOENT);
   Load_DC();

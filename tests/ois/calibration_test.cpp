@@ -4,6 +4,7 @@
 #include <string>
 
 #include "kelvo.h"
+#include "ois/iris_calibration.h"
 #include "script/script.h"
 
 namespace {
@@ -11,11 +12,8 @@ namespace {
 using kelvo::test::Bytes;
 using kelvo::test::Call;
 using kelvo::test::forever;
+using kelvo::test::iris_calibration;
 using kelvo::test::Script;
-
-// Polarity 0x1234, offset 0x0102, gain 0xFFFE, minimum 0x0050, maximum 0x0FA0, sine 0x7777.
-const Bytes iris_record = {0x34, 0x12, 0, 0, 0x02, 0x01, 0, 0, 0xFE, 0xFF, 0, 0,
-                           0x50, 0x00, 0, 0, 0xA0, 0x0F, 0, 0, 0x77, 0x77, 0, 0};
 
 constexpr const char* own_file = "/bin/DC_S_Cali.dat";
 constexpr const char* default_file = "/bin/DC_S_Cali_T5391.dat";
@@ -64,7 +62,7 @@ out "sin 0x98:0a 0b 0c 0d\n"
 TEST(IrisCalibration, IsSentThenReadBackInOrder) {
   for (const int32_t type : {8, 7, 9}) {
     Script script;
-    script.file(own_file, iris_record);
+    script.file(own_file, iris_calibration);
     iris_replies(script);
     CloseSPI();
     SetLensType(type);
@@ -80,7 +78,7 @@ TEST(IrisCalibration, IsSentThenReadBackInOrder) {
 
 TEST(IrisCalibration, SendsTheLowHalfOfAFieldHighByteFirst) {
   Script script;
-  Bytes record = iris_record;
+  Bytes record = iris_calibration;
   record[2] = 0xCD;
   record[3] = 0xAB;
   script.file(own_file, record);
@@ -121,7 +119,7 @@ out "sin 0x98:00 00 00 00\n"
 TEST(IrisCalibration, IsQuietlyLeftOutWithoutAFileOnEveryVariantBut9) {
   for (const int32_t type : {7, 8, 5, 10}) {
     Script script;
-    script.file(default_file, iris_record);
+    script.file(default_file, iris_calibration);
     script.fail(Call::fopen, 1, 1, ENOENT);
     SetLensType(type);
     Load_DC();
@@ -132,7 +130,7 @@ TEST(IrisCalibration, IsQuietlyLeftOutWithoutAFileOnEveryVariantBut9) {
 
 TEST(IrisCalibration, TakesTheDefaultFileOnVariant9) {
   Script script;
-  script.file(default_file, iris_record);
+  script.file(default_file, iris_calibration);
   script.fail(Call::fopen, 1, 1, ENOENT);
   iris_replies(script);
   SetLensType(9);
@@ -147,7 +145,7 @@ TEST(IrisCalibration, TakesTheDefaultFileOnVariant9) {
 
 TEST(IrisCalibration, PrefersItsOwnFileToTheDefaultOnVariant9) {
   Script script;
-  script.file(own_file, iris_record);
+  script.file(own_file, iris_calibration);
   script.file(default_file, Bytes(24, 0x11));
   iris_replies(script);
   SetLensType(9);
@@ -194,7 +192,7 @@ spi_renesas: 98 00 00 00 01 99 00 00 00 00 00 00
 
 TEST(IrisCalibration, IgnoresWhatFollowsTheRecord) {
   Script script;
-  Bytes longer = iris_record;
+  Bytes longer = iris_calibration;
   longer.insert(longer.end(), 100, 0x99);
   script.file(own_file, longer);
   iris_replies(script);
@@ -225,7 +223,7 @@ spi_renesas: 58 00 00 00 00 58 00
 
 TEST(IrisCalibration, ReachesNothingWhileTheLatchIsSet) {
   Script script;
-  script.file(own_file, iris_record);
+  script.file(own_file, iris_calibration);
   iris_replies(script);
   Load_DC();
   EXPECT_EQ(script.transcript(),
@@ -254,7 +252,7 @@ out "sin 0x98:00 00 00 00\n"
 
 TEST(IrisCalibration, GoesOnAfterACommandThatNeededItsRetry) {
   Script script;
-  script.file(own_file, iris_record);
+  script.file(own_file, iris_calibration);
   SetLensType(8);
   script.fail(Call::transfer, 2, 1, EIO);
   Load_DC();

@@ -24,10 +24,8 @@ using kelvo::test::Told;
 using namespace kelvo::test::boot;
 using namespace kelvo::test::check;
 
-constexpr int boot_transfers = 27;  // of one attempt and the program's start
-
 /// A unit that passes at its first poll.
-void answer_measurements(Script& script) {
+void answer_passing_iris(Script& script) {
   answer_df033_once(script);
   answer_df033_once(script);
   answer_iris_values(script);
@@ -42,7 +40,7 @@ constexpr int patience = 500;  // seconds that a check is given
 std::string check_without_end(const std::function<void(Script&)>& arrange) {
   const Told told = in_a_process([&](const Tell& tell) {
     Script script;
-    answer_measurements(script);
+    answer_passing_iris(script);
     arrange(script);
     script.transcript();
     script.at(Call::sleep, patience, [&] {
@@ -53,11 +51,6 @@ std::string check_without_end(const std::function<void(Script&)>& arrange) {
     tell("the check has ended:\n" + script.transcript());
   });
   return told.text + told.trouble;
-}
-
-/// All up to the first poll of a process that has not opened the device.
-std::string beginning() {
-  return "open /dev/spi_renesas\n" + first_boot(df033) + calibration_started;
 }
 
 TEST(EndlessIrisCheck, PollsOnInAProcessWhoseLatchIsSet) {
@@ -71,7 +64,7 @@ TEST(EndlessIrisCheck, PollsOnWhileTheCalibrationIsInAnotherState) {
               SetLensType(8);
               script.query_reply(0x80, {4, 4, 4, 3});
             }),
-            beginning() + repeated(patience, poll("4 4 4 3")));
+            iris_check_beginning() + repeated(patience, poll("4 4 4 3")));
 }
 
 TEST(EndlessIrisCheck, PollsOnAfterAPollThatFailed) {
@@ -79,7 +72,7 @@ TEST(EndlessIrisCheck, PollsOnAfterAPollThatFailed) {
               SetLensType(8);
               script.fail(Call::transfer, boot_transfers + 3, 1, EIO);
             }),
-            beginning() + "spi_renesas: 80 00 00 00 01 81 00 00 00 00 00 00 -> EIO\n" +
+            iris_check_beginning() + "spi_renesas: 80 00 00 00 01 81 00 00 00 00 00 00 -> EIO\n" +
                 repeated(patience, latched_poll()));
 }
 
@@ -99,7 +92,7 @@ unlock
 }
 
 TEST(EndlessIrisCheck, PollsOnThoughItsWaitsFail) {
-  std::string expected = beginning();
+  std::string expected = iris_check_beginning();
   for (int i = 0; i < patience; ++i) {
     expected +=
         "spi_renesas: 80 00 00 00 01 81 00 00 00 00 00 00\nout \"State:0 0 0 1\\n\"\n"
@@ -144,7 +137,7 @@ TEST(IrisCheck, HidesAFailedDownloadOfItsLastBoot) {
 TEST(IrisCheck, PassesWithARecordOfZerosWhenTheErrorCodeCannotBeRead) {
   Script script;
   SetLensType(8);
-  answer_measurements(script);
+  answer_passing_iris(script);
   script.query_reply(0x82, {0, 0, 0, 7});
   script.fail(Call::transfer, boot_transfers + 4, 1, EIO);
   EXPECT_EQ(DC_Quality_Check(), 0);
@@ -155,7 +148,7 @@ TEST(IrisCheck, PassesWithARecordOfZerosWhenTheErrorCodeCannotBeRead) {
 TEST(IrisCheck, StoresZerosFromTheValueOnThatCannotBeRead) {
   Script script;
   SetLensType(8);
-  answer_measurements(script);
+  answer_passing_iris(script);
   script.fail(Call::transfer, boot_transfers + 8, 1, EIO);  // the fourth value: the minimum
   EXPECT_EQ(DC_Quality_Check(), 0);
   Bytes record(24, 0);
@@ -170,11 +163,11 @@ TEST_P(IrisCopy, ThatCannotBeOpenedIsSkipped) {
   const int failing = GetParam();
   Script script;
   SetLensType(8);
-  answer_measurements(script);
+  answer_passing_iris(script);
   script.fail(Call::fopen, failing, 1, EROFS);
   EXPECT_EQ(DC_Quality_Check(), 0);
   std::string expected =
-      beginning() + poll("0 0 0 4") + error_code("00 00 00 00") + iris_values_read;
+      iris_check_beginning() + poll("0 0 0 4") + error_code("00 00 00 00") + iris_values_read;
   for (int copy = 1; copy <= 3; ++copy) {
     const std::string path = iris_copies[copy - 1];
     expected += copy == failing ? "fopen " + path + " w -> EROFS\n" : saved(path);
@@ -190,7 +183,7 @@ TEST_P(IrisCopy, ThatCannotBeOpenedIsSkipped) {
 TEST_P(IrisCopy, ThatTakesNothingIsSynchronisedAndClosed) {
   Script script;
   SetLensType(8);
-  answer_measurements(script);
+  answer_passing_iris(script);
   script.full_file(iris_copies[GetParam() - 1]);
   EXPECT_EQ(DC_Quality_Check(), 0);
   const std::string transcript = script.transcript();
@@ -201,7 +194,7 @@ TEST_P(IrisCopy, ThatTakesNothingIsSynchronisedAndClosed) {
 TEST(IrisCheck, WritesNoCopyWhereNoFileCanBeOpened) {
   Script script;
   SetLensType(8);
-  answer_measurements(script);
+  answer_passing_iris(script);
   script.fail(Call::fopen, 1, forever, EROFS);
   EXPECT_EQ(DC_Quality_Check(), 0);
   EXPECT_EQ(script.transcript_without(
@@ -215,7 +208,7 @@ TEST(IrisCheck, WritesNoCopyWhereNoFileCanBeOpened) {
 TEST(IrisCheck, ClosesItsFilesThoughTheyCannotBeSynchronised) {
   Script script;
   SetLensType(8);
-  answer_measurements(script);
+  answer_passing_iris(script);
   script.fail(Call::fsync, 1, forever, EIO);
   EXPECT_EQ(DC_Quality_Check(), 0);
   EXPECT_EQ(script.open_files(), 0);

@@ -3,22 +3,20 @@
 #include <cstdint>
 
 #include "kelvo.h"
+#include "ois/iris_calibration.h"
 #include "script/script.h"
 
 namespace {
 
 using kelvo::test::Bytes;
 using kelvo::test::Call;
+using kelvo::test::iris_calibration;
 using kelvo::test::Script;
-
-// The minimum is 0x0050 and the maximum 0x0FA0.
-const Bytes iris_record = {0x34, 0x12, 0, 0, 0x02, 0x01, 0, 0, 0xFE, 0xFF, 0, 0,
-                           0x50, 0x00, 0, 0, 0xA0, 0x0F, 0, 0, 0x77, 0x77, 0, 0};
 
 TEST(IrisRange, ComesFromTheFileAndSendsNothing) {
   for (const int32_t type : {7, 8, 5}) {
     Script script;
-    script.file("/bin/DC_S_Cali.dat", iris_record);
+    script.file("/bin/DC_S_Cali.dat", iris_calibration);
     SetLensType(type);
     std::uint32_t max = 0xFFFFFFFF;
     std::uint32_t min = 0xFFFFFFFF;
@@ -32,7 +30,7 @@ TEST(IrisRange, ComesFromTheFileAndSendsNothing) {
 
 TEST(IrisRange, DoesNotNeedTheController) {
   Script script;
-  script.file("/bin/DC_S_Cali.dat", iris_record);
+  script.file("/bin/DC_S_Cali.dat", iris_calibration);
   std::uint32_t max = 0;
   std::uint32_t min = 0;
   EXPECT_EQ(Get_DC_Range(&max, &min), 0);
@@ -44,7 +42,7 @@ TEST(IrisRange, DoesNotNeedTheController) {
 
 TEST(IrisRange, LeavesOneFileOpenPerCallOnVariant9) {
   Script script;
-  script.file("/bin/DC_S_Cali.dat", iris_record);
+  script.file("/bin/DC_S_Cali.dat", iris_calibration);
   SetLensType(9);
   std::uint32_t max = 0;
   std::uint32_t min = 0;
@@ -60,7 +58,7 @@ TEST(IrisRange, LeavesOneFileOpenPerCallOnVariant9) {
 TEST(IrisRange, IsMinusOneAndLeavesBothAloneWithoutAFile) {
   for (const int32_t type : {7, 8, 9, 5}) {
     Script script;
-    script.file("/bin/DC_S_Cali_T5391.dat", iris_record);
+    script.file("/bin/DC_S_Cali_T5391.dat", iris_calibration);
     script.fail(Call::fopen, 1, 1, ENOENT);
     SetLensType(type);
     std::uint32_t max = 0x11111111;
@@ -76,7 +74,7 @@ TEST(IrisRange, IsMinusOneAndLeavesBothAloneWithoutAFile) {
 
 TEST(IrisRange, TakesWhatAShortFileHolds) {
   Script script;
-  script.file("/bin/DC_S_Cali.dat", Bytes(iris_record.begin(), iris_record.begin() + 16));
+  script.file("/bin/DC_S_Cali.dat", Bytes(iris_calibration.begin(), iris_calibration.begin() + 16));
   std::uint32_t max = 0xFFFFFFFF;
   std::uint32_t min = 0xFFFFFFFF;
   EXPECT_EQ(Get_DC_Range(&max, &min), 0);

@@ -2,6 +2,10 @@
 #ifndef KELVO_TESTS_OIS_QUALITY_CHECK_H
 #define KELVO_TESTS_OIS_QUALITY_CHECK_H
 
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <span>
 #include <string>
 
 #include "lens/boot_transcript.h"
@@ -14,6 +18,9 @@ inline std::string first_boot(const boot::ImageText (&images)[3],
                               boot::Verdict verdict = boot::Verdict::intact) {
   return boot::silent_attempt(images, verdict) + boot::start_program() + "usleep 100000\n";
 }
+
+/// Of one attempt and the program's start.
+inline constexpr int boot_transfers = 27;
 
 inline const std::string calibration_started =
     boot::locked("04 00 00 00 01 05 00") + boot::locked("05 00 00 00 01 06 00");
@@ -33,6 +40,14 @@ inline std::string error_code(const std::string& bytes) {
          boot::printed("Error Code:" + bytes);
 }
 
+/// Its bytes, the result of a check that reads it, and how it is printed.
+struct ErrorCode {
+  Bytes bytes;
+  std::int32_t result;
+  const char* printed;
+};
+inline void PrintTo(const ErrorCode& code, std::ostream* out) { *out << code.printed; }
+
 /// One copy of a record written.
 inline std::string saved(const std::string& path) {
   return "fopen " + path + " w\nfsync\nfclose " + path + "\n";
@@ -42,6 +57,12 @@ inline std::string all_saved(const std::string& name) {
 }
 inline std::string loaded(const std::string& path) {
   return "fopen " + path + " r\nfclose " + path + "\n";
+}
+
+inline void expect_copies(const Script& script, std::span<const char* const> paths,
+                          const Bytes& record) {
+  for (const char* const path : paths) EXPECT_EQ(script.written(path), record) << path;
+  EXPECT_EQ(script.open_files(), 0);
 }
 
 // ---- stabiliser ------------------------------------------------------------------------------
@@ -137,6 +158,11 @@ inline std::string last_de015_boot(const std::string& calibration) {
 inline const char* const iris_copies[] = {"/mnt/nand/DC_S_Cali.dat", "/tmp/DC_S_Cali.dat",
                                           "/bin/DC_S_Cali.dat"};
 inline const char* const no_iris_file = "fopen /bin/DC_S_Cali.dat r -> ENOENT\n";
+
+/// All up to the first poll of a process that has not opened the device.
+inline std::string iris_check_beginning() {
+  return "open /dev/spi_renesas\n" + first_boot(boot::df033) + calibration_started;
+}
 
 /// The boot that ends the check.
 inline std::string last_df033_boot(const std::string& calibration) {

@@ -13,7 +13,7 @@ using kelvo::test::Call;
 using kelvo::test::forever;
 using kelvo::test::Script;
 
-const Bytes stabiliser_record = {
+const Bytes stabiliser_calibration = {
     0x01, 0x00, 0, 0,  // polarity
     0x10, 0x02, 0, 0,  // Hall offset, X
     0x20, 0x03, 0, 0,  // Hall offset, Y
@@ -33,7 +33,7 @@ const Bytes stabiliser_record = {
 
 TEST(StabiliserCalibration, IsSentFirstXThenYThenTheYGyroWithoutAReadBack) {
   Script script;
-  script.file("/bin/OIS_S_Cali.dat", stabiliser_record);
+  script.file("/bin/OIS_S_Cali.dat", stabiliser_calibration);
   SetLensType(7);
   EXPECT_EQ(Load_QC(), 0);
   EXPECT_EQ(script.transcript(),
@@ -102,7 +102,7 @@ spi_renesas: 65 00 00 00 00 65 00
 
 TEST(StabiliserCalibration, DoesNotLookAtTheVariant) {
   Script script;
-  script.file("/bin/OIS_S_Cali.dat", stabiliser_record);
+  script.file("/bin/OIS_S_Cali.dat", stabiliser_calibration);
   for (const int32_t type : {8, 9, 5}) {
     SetLensType(type);
     EXPECT_EQ(Load_QC(), 0);
@@ -124,7 +124,7 @@ TEST(StabiliserCalibration, IsMinusOneAndSendsNothingWithoutAFile) {
 TEST(StabiliserCalibration, TakesWhatAShortFileHolds) {
   Script script;
   script.file("/bin/OIS_S_Cali.dat",
-              Bytes(stabiliser_record.begin(), stabiliser_record.begin() + 13));
+              Bytes(stabiliser_calibration.begin(), stabiliser_calibration.begin() + 13));
   SetLensType(7);
   EXPECT_EQ(Load_QC(), 0);
   EXPECT_EQ(script.transcript_without({"fopen", "fclose", "open", "lock", "unlock"}),
@@ -167,7 +167,7 @@ spi_renesas: 65 00 00 00 00 65 00
 
 TEST(StabiliserCalibration, ReachesNothingWhileTheLatchIsSetAndStillReturnsZero) {
   Script script;
-  script.file("/bin/OIS_S_Cali.dat", stabiliser_record);
+  script.file("/bin/OIS_S_Cali.dat", stabiliser_calibration);
   EXPECT_EQ(Load_QC(), 0);
   EXPECT_EQ(script.transcript_without({"lock", "unlock"}),
             R"(fopen /bin/OIS_S_Cali.dat r
@@ -180,7 +180,7 @@ open /dev/spi_renesas
 
 TEST(StabiliserCalibration, GoesOnAfterACommandThatNeededItsRetry) {
   Script script;
-  script.file("/bin/OIS_S_Cali.dat", stabiliser_record);
+  script.file("/bin/OIS_S_Cali.dat", stabiliser_calibration);
   SetLensType(7);
   script.fail(Call::transfer, 11, 1, EIO);
   EXPECT_EQ(Load_QC(), 0);
@@ -190,7 +190,7 @@ TEST(StabiliserCalibration, GoesOnAfterACommandThatNeededItsRetry) {
 
 TEST(StabiliserCalibration, StopsSendingAfterACommandThatFailedTwiceAndStillReturnsZero) {
   Script script;
-  script.file("/bin/OIS_S_Cali.dat", stabiliser_record);
+  script.file("/bin/OIS_S_Cali.dat", stabiliser_calibration);
   SetLensType(7);
   script.fail(Call::transfer, 3, forever, EIO);
   EXPECT_EQ(Load_QC(), 0);
@@ -206,7 +206,7 @@ out "SendCommand Error -1\n"
 
 TEST(StabiliserCalibration, LatchesWithoutADevice) {
   Script script;
-  script.file("/bin/OIS_S_Cali.dat", stabiliser_record);
+  script.file("/bin/OIS_S_Cali.dat", stabiliser_calibration);
   SetLensType(7);
   script.fail(Call::open, 1, forever, ENOENT);
   EXPECT_EQ(Load_QC(), 0);

@@ -18,10 +18,8 @@ using kelvo::test::Script;
 using namespace kelvo::test::boot;
 using namespace kelvo::test::check;
 
-constexpr int boot_transfers = 27;  // of one attempt and the program's start
-
 /// A unit that passes at its first poll.
-void answer_measurements(Script& script) {
+void answer_passing_stabiliser(Script& script) {
   answer_de015_once(script);
   answer_de015_once(script);
   answer_stabiliser_values(script);
@@ -37,7 +35,7 @@ std::string from_first_poll(Script& script) {
 
 TEST(StabiliserCheck, IsMinusOneAndBootsAgainInAProcessWhoseLatchIsSet) {
   Script script;
-  answer_measurements(script);
+  answer_passing_stabiliser(script);
   EXPECT_EQ(OIS_Quality_Check(), -1);
   EXPECT_EQ(script.transcript(), "open /dev/spi_renesas\n" + first_boot(de015) +
                                      repeated(3, latched_command) +
@@ -78,7 +76,7 @@ TEST(StabiliserCheck, EndsAtTheFirstPollWhenACommandFails) {
   for (const int command : {1, 2, 3}) {
     Script script;
     SetLensType(7);
-    answer_measurements(script);
+    answer_passing_stabiliser(script);
     script.fail(Call::transfer, boot_transfers + command, 2, EIO);
     EXPECT_EQ(OIS_Quality_Check(), -1) << "command " << command;
     EXPECT_EQ(script.count(Call::sleep), 1);
@@ -89,7 +87,7 @@ TEST(StabiliserCheck, EndsAtTheFirstPollWhenACommandFails) {
 TEST(StabiliserCheck, GoesOnAfterACommandThatNeededItsRetry) {
   Script script;
   SetLensType(7);
-  answer_measurements(script);
+  answer_passing_stabiliser(script);
   script.fail(Call::transfer, boot_transfers + 3, 1, EIO);
   EXPECT_EQ(OIS_Quality_Check(), 0);
 }
@@ -97,7 +95,7 @@ TEST(StabiliserCheck, GoesOnAfterACommandThatNeededItsRetry) {
 TEST(StabiliserCheck, EndsAtTheFirstPollWhenTheQueryBeforeItFails) {
   Script script;
   SetLensType(7);
-  answer_measurements(script);
+  answer_passing_stabiliser(script);
   script.query_reply(0x92, {1, 2, 3, 4});
   script.fail(Call::transfer, boot_transfers + 4, 1, EIO);
   EXPECT_EQ(OIS_Quality_Check(), -1);
@@ -111,7 +109,7 @@ TEST(StabiliserCheck, EndsAtTheFirstPollWhenTheQueryBeforeItFails) {
 TEST(StabiliserCheck, EndsWhenAPollFails) {
   Script script;
   SetLensType(7);
-  answer_measurements(script);
+  answer_passing_stabiliser(script);
   script.query_reply_once(0x80, {9, 9, 9, 1});
   script.fail(Call::transfer, boot_transfers + 6, 1, EIO);
   EXPECT_EQ(OIS_Quality_Check(), -1);
@@ -123,7 +121,7 @@ TEST(StabiliserCheck, EndsWhenAPollFails) {
 TEST(StabiliserCheck, PassesWithARecordOfZerosWhenTheErrorCodeCannotBeRead) {
   Script script;
   SetLensType(7);
-  answer_measurements(script);
+  answer_passing_stabiliser(script);
   script.query_reply(0x82, {0, 0, 0, 7});
   script.fail(Call::transfer, boot_transfers + 6, 1, EIO);
   EXPECT_EQ(OIS_Quality_Check(), 0);
@@ -133,7 +131,7 @@ TEST(StabiliserCheck, PassesWithARecordOfZerosWhenTheErrorCodeCannotBeRead) {
 TEST(StabiliserCheck, StoresZerosFromTheValueOnThatCannotBeRead) {
   Script script;
   SetLensType(7);
-  answer_measurements(script);
+  answer_passing_stabiliser(script);
   script.query_reply(0x82, {0, 0, 0, 7});
   script.fail(Call::transfer, boot_transfers + 9, 1, EIO);  // the third value: Hall gain, X
   EXPECT_EQ(OIS_Quality_Check(), 7);
@@ -150,7 +148,7 @@ TEST_P(StabiliserCopy, ThatCannotBeOpenedIsSkipped) {
   const int failing = GetParam();
   Script script;
   SetLensType(7);
-  answer_measurements(script);
+  answer_passing_stabiliser(script);
   script.fail(Call::fopen, failing, 1, EROFS);
   EXPECT_EQ(OIS_Quality_Check(), 0);
   std::string expected = poll("0 0 0 4") + error_code("00 00 00 00") + stabiliser_values_read;
@@ -168,7 +166,7 @@ TEST_P(StabiliserCopy, ThatCannotBeOpenedIsSkipped) {
 TEST_P(StabiliserCopy, ThatTakesNothingIsSynchronisedAndClosed) {
   Script script;
   SetLensType(7);
-  answer_measurements(script);
+  answer_passing_stabiliser(script);
   script.full_file(stabiliser_copies[GetParam() - 1]);
   EXPECT_EQ(OIS_Quality_Check(), 0);
   const std::string transcript = script.transcript();
@@ -180,7 +178,7 @@ TEST_P(StabiliserCopy, ThatTakesNothingIsSynchronisedAndClosed) {
 TEST(StabiliserCheck, WritesNoCopyWhereNoFileCanBeOpened) {
   Script script;
   SetLensType(7);
-  answer_measurements(script);
+  answer_passing_stabiliser(script);
   script.query_reply(0x82, {0, 0, 3, 0});
   script.fail(Call::fopen, 1, forever, EROFS);
   EXPECT_EQ(OIS_Quality_Check(), 3);
@@ -195,7 +193,7 @@ TEST(StabiliserCheck, WritesNoCopyWhereNoFileCanBeOpened) {
 TEST(StabiliserCheck, ClosesItsFilesThoughTheyCannotBeSynchronised) {
   Script script;
   SetLensType(7);
-  answer_measurements(script);
+  answer_passing_stabiliser(script);
   script.fail(Call::fsync, 1, forever, EIO);
   EXPECT_EQ(OIS_Quality_Check(), 0);
   EXPECT_EQ(script.open_files(), 0);

@@ -1,7 +1,6 @@
 // The quality check of the stabiliser, while nothing fails.
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <string>
 
 #include "kelvo.h"
@@ -28,16 +27,18 @@ const std::string measuring = calibration_started + locked("12 00 00 00 AB BD 00
                               printed("gyro_stability_spec 0x92:0c 00 00 ab");
 
 /// All up to the first poll.
-std::string beginning() { return "open /dev/spi_renesas\n" + first_boot(de015) + measuring; }
+std::string stabiliser_check_beginning() {
+  return "open /dev/spi_renesas\n" + first_boot(de015) + measuring;
+}
 
 /// All behind the last poll of a check that measured.
-std::string ending() {
+std::string stabiliser_check_ending() {
   return stabiliser_values_read + all_saved("OIS_S_Cali.dat") +
          last_de015_boot(loaded("/bin/OIS_S_Cali.dat") + stabiliser_values_sent());
 }
 
 /// A unit whose calibration is finished from the nth poll on; before, it is in state 1.
-void answer_measurements(Script& script, int finished_at) {
+void answer_stabiliser_measurements(Script& script, int finished_at) {
   SetLensType(7);
   answer_boots(script);
   answer_stabiliser_values(script);
@@ -47,136 +48,126 @@ void answer_measurements(Script& script, int finished_at) {
   script.query_reply(0x82, {0x00, 0x00, 0x00, 0x00});
 }
 
-void expect_copies(const Script& script, const Bytes& record) {
-  for (const char* const path : stabiliser_copies) EXPECT_EQ(script.written(path), record) << path;
-  EXPECT_EQ(script.open_files(), 0);
-}
-
 TEST(StabiliserCheck, CalibratesStoresAndBootsAgain) {
   Script script;
-  answer_measurements(script, 1);
+  answer_stabiliser_measurements(script, 1);
   EXPECT_EQ(OIS_Quality_Check(), 0);
-  EXPECT_EQ(script.transcript(),
-            beginning() + poll("0 128 16 4") + error_code("00 00 00 00") + ending());
-  expect_copies(script, stabiliser_record);
+  EXPECT_EQ(script.transcript(), stabiliser_check_beginning() + poll("0 128 16 4") +
+                                     error_code("00 00 00 00") + stabiliser_check_ending());
+  expect_copies(script, stabiliser_copies, stabiliser_record);
   EXPECT_EQ(GetLensType(), 7);
 }
 
 TEST(StabiliserCheck, PollsOnceASecondUntilTheCalibrationIsFinished) {
   Script script;
-  answer_measurements(script, 4);
+  answer_stabiliser_measurements(script, 4);
   EXPECT_EQ(OIS_Quality_Check(), 0);
-  EXPECT_EQ(script.transcript(), beginning() + repeated(3, poll("33 2 255 1")) +
-                                     poll("0 128 16 4") + error_code("00 00 00 00") + ending());
-  expect_copies(script, stabiliser_record);
+  EXPECT_EQ(script.transcript(), stabiliser_check_beginning() + repeated(3, poll("33 2 255 1")) +
+                                     poll("0 128 16 4") + error_code("00 00 00 00") +
+                                     stabiliser_check_ending());
+  expect_copies(script, stabiliser_copies, stabiliser_record);
 }
 
 TEST(StabiliserCheck, TakesACalibrationThatIsFinishedAtTheFortiethPoll) {
   Script script;
-  answer_measurements(script, 40);
+  answer_stabiliser_measurements(script, 40);
   EXPECT_EQ(OIS_Quality_Check(), 0);
-  EXPECT_EQ(script.transcript(), beginning() + repeated(39, poll("33 2 255 1")) +
-                                     poll("0 128 16 4") + error_code("00 00 00 00") + ending());
+  EXPECT_EQ(script.transcript(), stabiliser_check_beginning() + repeated(39, poll("33 2 255 1")) +
+                                     poll("0 128 16 4") + error_code("00 00 00 00") +
+                                     stabiliser_check_ending());
   EXPECT_EQ(script.count(Call::sleep), 40);
-  expect_copies(script, stabiliser_record);
+  expect_copies(script, stabiliser_copies, stabiliser_record);
 }
 
 TEST(StabiliserCheck, GivesUpAfterTheFortiethPollAndBootsAgain) {
   Script script;
-  answer_measurements(script, 41);
+  answer_stabiliser_measurements(script, 41);
   EXPECT_EQ(OIS_Quality_Check(), -1);
-  EXPECT_EQ(script.transcript(),
-            beginning() + repeated(40, poll("33 2 255 1")) + last_de015_boot(no_stabiliser_file));
-  expect_copies(script, {});
+  EXPECT_EQ(script.transcript(), stabiliser_check_beginning() + repeated(40, poll("33 2 255 1")) +
+                                     last_de015_boot(no_stabiliser_file));
+  expect_copies(script, stabiliser_copies, {});
   EXPECT_EQ(GetLensType(), 7);
 }
 
 TEST(StabiliserCheck, EndsAtOnceWhenNoCalibrationRuns) {
   Script script;
-  answer_measurements(script, 1);
+  answer_stabiliser_measurements(script, 1);
   script.query_reply_once(0x80, {0x04, 0x04, 0x04, 0x00});
   EXPECT_EQ(OIS_Quality_Check(), -1);
   EXPECT_EQ(script.transcript(),
-            beginning() + poll("4 4 4 0") + last_de015_boot(no_stabiliser_file));
-  expect_copies(script, {});
+            stabiliser_check_beginning() + poll("4 4 4 0") + last_de015_boot(no_stabiliser_file));
+  expect_copies(script, stabiliser_copies, {});
 }
 
 TEST(StabiliserCheck, EndsWhenTheCalibrationStopsRunning) {
   Script script;
-  answer_measurements(script, 1);
+  answer_stabiliser_measurements(script, 1);
   script.query_reply_once(0x80, {0x00, 0x00, 0x00, 0x05});
   script.query_reply_once(0x80, {0x00, 0x00, 0x00, 0xFF});
   script.query_reply_once(0x80, {0x00, 0x00, 0x00, 0x00});
   EXPECT_EQ(OIS_Quality_Check(), -1);
-  EXPECT_EQ(script.transcript(), beginning() + poll("0 0 0 5") + poll("0 0 0 255") +
-                                     poll("0 0 0 0") + last_de015_boot(no_stabiliser_file));
-  expect_copies(script, {});
+  EXPECT_EQ(script.transcript(), stabiliser_check_beginning() + poll("0 0 0 5") +
+                                     poll("0 0 0 255") + poll("0 0 0 0") +
+                                     last_de015_boot(no_stabiliser_file));
+  expect_copies(script, stabiliser_copies, {});
 }
 
 TEST(StabiliserCheck, StopsAtTheFortiethPollThatFindsNoCalibrationRunning) {
   Script script;
-  answer_measurements(script, 40);
+  answer_stabiliser_measurements(script, 40);
   script.query_reply(0x80, {0x00, 0x00, 0x00, 0x00});
   EXPECT_EQ(OIS_Quality_Check(), -1);
-  EXPECT_EQ(script.transcript(), beginning() + repeated(39, poll("33 2 255 1")) + poll("0 0 0 0") +
-                                     last_de015_boot(no_stabiliser_file));
+  EXPECT_EQ(script.transcript(), stabiliser_check_beginning() + repeated(39, poll("33 2 255 1")) +
+                                     poll("0 0 0 0") + last_de015_boot(no_stabiliser_file));
 }
 
-/// An error code, its result, and how it is printed.
-struct Code {
-  Bytes bytes;
-  int32_t result;
-  const char* printed;
-};
-void PrintTo(const Code& code, std::ostream* out) { *out << code.printed; }
-
-class StabiliserErrorCode : public testing::TestWithParam<Code> {};
+class StabiliserErrorCode : public testing::TestWithParam<ErrorCode> {};
 INSTANTIATE_TEST_SUITE_P(All, StabiliserErrorCode,
-                         testing::Values(Code{{0, 0, 2, 0}, 2, "00 00 02 00"},
-                                         Code{{0, 0, 0, 5}, 5, "00 00 00 05"},
-                                         Code{{0xFF, 0xFF, 1, 4}, 5, "ff ff 01 04"},
-                                         Code{{0, 0, 0x80, 0xC1}, 0xC1, "00 00 80 c1"},
-                                         Code{{0xFF, 0xFF, 0, 0}, 0, "ff ff 00 00"}));
+                         testing::Values(ErrorCode{{0, 0, 2, 0}, 2, "00 00 02 00"},
+                                         ErrorCode{{0, 0, 0, 5}, 5, "00 00 00 05"},
+                                         ErrorCode{{0xFF, 0xFF, 1, 4}, 5, "ff ff 01 04"},
+                                         ErrorCode{{0, 0, 0x80, 0xC1}, 0xC1, "00 00 80 c1"},
+                                         ErrorCode{{0xFF, 0xFF, 0, 0}, 0, "ff ff 00 00"}));
 
 TEST_P(StabiliserErrorCode, IsTheResultAndTheRecordIsWrittenAllTheSame) {
   Script script;
-  answer_measurements(script, 1);
+  answer_stabiliser_measurements(script, 1);
   script.query_reply(0x82, GetParam().bytes);
   EXPECT_EQ(OIS_Quality_Check(), GetParam().result);
-  EXPECT_EQ(script.transcript(),
-            beginning() + poll("0 128 16 4") + error_code(GetParam().printed) + ending());
-  expect_copies(script, stabiliser_record);
+  EXPECT_EQ(script.transcript(), stabiliser_check_beginning() + poll("0 128 16 4") +
+                                     error_code(GetParam().printed) + stabiliser_check_ending());
+  expect_copies(script, stabiliser_copies, stabiliser_record);
 }
 
 TEST(StabiliserCheck, DoesNotLookAtTheModuleAndEndsOnDe015) {
   for (const int32_t variant : {8, 9, 6}) {
     Script script;
-    answer_measurements(script, 1);
+    answer_stabiliser_measurements(script, 1);
     SetLensType(variant);
     EXPECT_EQ(OIS_Quality_Check(), 0);
     EXPECT_EQ(script.payloads()[0],
               Bytes(CORVO_PROGRAM_DATA_DE015, CORVO_PROGRAM_DATA_DE015 + 33276));
     EXPECT_EQ(GetLensType(), 7);
-    expect_copies(script, stabiliser_record);
+    expect_copies(script, stabiliser_copies, stabiliser_record);
   }
 }
 
 TEST(StabiliserCheck, ReplacesOlderRecordsByTheirWholeLength) {
   Script script;
-  answer_measurements(script, 1);
+  answer_stabiliser_measurements(script, 1);
   for (const char* const path : stabiliser_copies) script.file(path, Bytes(200, 0x77));
   EXPECT_EQ(OIS_Quality_Check(), 0);
-  expect_copies(script, stabiliser_record);
+  expect_copies(script, stabiliser_copies, stabiliser_record);
 }
 
 TEST(StabiliserCheck, LoadsTheOlderRecordAfterACalibrationThatDidNotRun) {
   Script script;
-  answer_measurements(script, 1);
+  answer_stabiliser_measurements(script, 1);
   script.query_reply_once(0x80, {0, 0, 0, 0});
   script.file("/bin/OIS_S_Cali.dat", stabiliser_record);
   EXPECT_EQ(OIS_Quality_Check(), -1);
   EXPECT_EQ(script.transcript(),
-            beginning() + poll("0 0 0 0") +
+            stabiliser_check_beginning() + poll("0 0 0 0") +
                 last_de015_boot(loaded("/bin/OIS_S_Cali.dat") + stabiliser_values_sent()));
   EXPECT_EQ(script.written("/bin/OIS_S_Cali.dat"), stabiliser_record);
   EXPECT_EQ(script.written("/tmp/OIS_S_Cali.dat"), Bytes());
