@@ -16,14 +16,14 @@ using kelvo::sim::camera::HeadFamily;
 using kelvo::sim::camera::Output;
 using kelvo::sim::camera::Violation;
 using kelvo::test::Bench;
+using kelvo::test::focus_channel;
 using kelvo::test::Frame;
 using kelvo::test::HeadBench;
 using kelvo::test::pan;
+using kelvo::test::slow_period;
 using kelvo::test::TasmereBench;
 using kelvo::test::tilt;
 using kelvo::test::VetraBench;
-
-constexpr int period = 10 * 1024 + 500;  // 1250 eighth steps a second
 
 std::string reason(const std::optional<Violation>& violation) {
   return violation ? violation->reason.data() : "";
@@ -51,7 +51,7 @@ TEST(Push, EndsAtTheEndsOfTheTravel) {
 TEST(Push, ShiftsAMoveThatIsUnderWay) {
   Bench bench;
   bench.boot(8);
-  bench.move_channel(0, 0x600, 2000, period);
+  bench.move_channel(focus_channel, 0x600, 2000, slow_period);
   bench.wait_ms(800);
   bench.camera.push(Output::focus_channel, 50);
   EXPECT_EQ(bench.position(Output::focus_channel), 1050);
@@ -122,9 +122,9 @@ TEST(Peek, SeesRegisters) {
   Bench bench;
   EXPECT_EQ(bench.camera.peek_register(6), std::nullopt);
   bench.boot(7);
-  bench.move_channel(0, 0x600, 2000, period);
+  bench.move_channel(focus_channel, 0x600, 2000, slow_period);
   bench.wait_ms(800);
-  EXPECT_EQ(bench.camera.peek_register(6), period);
+  EXPECT_EQ(bench.camera.peek_register(6), slow_period);
   EXPECT_EQ(bench.camera.peek_register(20), 1000) << "the count itself, on every module";
   EXPECT_EQ(bench.camera.peek_register(28), 0x0100);
   EXPECT_EQ(bench.camera.peek_register(3), std::nullopt);

@@ -13,6 +13,12 @@ namespace kelvo::test {
 
 using Frame = std::vector<std::uint8_t>;
 
+// Channels of the lens controller's motors, and step-period words for them.
+inline constexpr int focus_channel = 0;
+inline constexpr int zoom_channel = 32;
+inline constexpr int fast_period = 10 * 1024 + 90;   // 144 us an eighth step
+inline constexpr int slow_period = 10 * 1024 + 500;  // 800 us an eighth step
+
 struct Image {
   int module;  // 7, 8, 9
   std::uint8_t memory;
@@ -60,7 +66,7 @@ class Bench {
   void command16(std::uint8_t code, int value);
   /// A 16-bit register of the lens controller, by the command of the program that runs.
   void write_register(std::uint8_t reg, int value);
-  /// A move of a motor channel: 0 focus, 32 zoom; mode word, counts, step-period word.
+  /// A move of a motor channel: mode word, counts, step-period word.
   void move_channel(int channel, int mode, int counts, int period);
   /// A word for the PT5111, by the way that the program which runs has.
   void pt5111_words(const std::vector<int>& words);

@@ -9,11 +9,11 @@ using kelvo::sim::camera::Camera;
 using kelvo::sim::camera::FilterPlace;
 using kelvo::sim::camera::Output;
 using kelvo::test::Bench;
+using kelvo::test::focus_channel;
+using kelvo::test::slow_period;
 using kelvo::wire::LensModule;
 
 using Lines = std::vector<std::string>;
-
-constexpr int period = 10 * 1024 + 500;  // 1250 eighth steps a second
 
 TEST(FittedLens, IsNoneOfItsOwnAtFirst) {
   const Camera camera;
@@ -46,7 +46,7 @@ TEST(FittedLens, IsAsABootLeavesIt) {
 TEST(FittedLens, MovesWithoutABoot) {
   Bench bench;
   bench.camera.fit_module(LensModule::df033);
-  bench.move_channel(0, 0x600, 2000, period);
+  bench.move_channel(focus_channel, 0x600, 2000, slow_period);
   bench.wait_ms(800);
   EXPECT_EQ(bench.position(Output::focus_channel), 1000);
 }
@@ -54,7 +54,7 @@ TEST(FittedLens, MovesWithoutABoot) {
 TEST(FittedLens, KeepsItsPlaceThroughABootOfItsOwnProgram) {
   Bench bench;
   bench.camera.fit_module(LensModule::df033);
-  bench.move_channel(0, 0x600, 2000, period);
+  bench.move_channel(focus_channel, 0x600, 2000, slow_period);
   bench.wait_ms(2000);
   bench.boot(8);
   EXPECT_EQ(bench.position(Output::focus_channel), 2000);
@@ -77,7 +77,7 @@ TEST(FittedLens, IsNotMovedByAnotherModulesProgram) {
   bench.camera.fit_module(LensModule::t5391);
   ASSERT_TRUE(bench.camera.push(Output::focus_channel, 70));
   bench.boot(8);
-  bench.move_channel(0, 0x600, 2000, period);
+  bench.move_channel(focus_channel, 0x600, 2000, slow_period);
   bench.wait_ms(800);
   EXPECT_EQ(bench.position(Output::focus_channel), 0);
   EXPECT_EQ(bench.query(0x8C, 20), 1000) << "a counter counts what is driven";
@@ -91,7 +91,7 @@ TEST(FittedLens, IsMovedAgainByItsOwnProgram) {
   bench.camera.fit_module(LensModule::df033);
   bench.boot(9);
   bench.boot(8);
-  bench.move_channel(0, 0x600, 2000, period);
+  bench.move_channel(focus_channel, 0x600, 2000, slow_period);
   bench.wait_ms(800);
   EXPECT_EQ(bench.position(Output::focus_channel), 1000);
   EXPECT_EQ(bench.violation_count(), 1u);

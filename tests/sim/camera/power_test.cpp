@@ -11,8 +11,10 @@ namespace {
 using kelvo::sim::camera::FilterPlace;
 using kelvo::sim::camera::Output;
 using kelvo::test::Bench;
+using kelvo::test::focus_channel;
 using kelvo::test::Frame;
 using kelvo::test::pan;
+using kelvo::test::slow_period;
 using kelvo::test::TasmereBench;
 using kelvo::test::tilt;
 using kelvo::test::VetraBench;
@@ -71,13 +73,10 @@ TEST(Power, LosesADownloadThatIsUnderWay) {
   EXPECT_EQ(bench.camera.lens().module(), std::nullopt);
 }
 
-// 8 ticks to a count at 10 kHz: 1250 eighth steps a second.
-constexpr int period = 10 * 1024 + 500;
-
 TEST(Power, LeavesTheMotorsWhereTheyWere) {
   Bench bench;
   bench.boot(8);
-  bench.move_channel(0, 0x600, 2000, period);
+  bench.move_channel(focus_channel, 0x600, 2000, slow_period);
   bench.wait_ms(800);
   bench.camera.power_off();
   bench.wait_ms(5000);

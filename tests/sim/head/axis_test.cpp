@@ -2,15 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include "sim/head/head_bench.h"
+
 namespace {
 
 using kelvo::sim::camera::Arc;
 using kelvo::sim::camera::Axis;
 using kelvo::sim::camera::Time;
 using kelvo::sim::camera::Way;
+using kelvo::test::ms;
 
 // A circle of 1000 counts: at full speed a count takes 2 ms.
-Time ms(std::int64_t milliseconds) { return std::chrono::milliseconds(milliseconds); }
 
 TEST(Axis, StandsWhereItWasPut) {
   const Axis axis(1000, 500);

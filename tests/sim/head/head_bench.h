@@ -10,6 +10,10 @@
 
 namespace kelvo::test {
 
+inline sim::camera::Time ms(std::int64_t milliseconds) {
+  return std::chrono::milliseconds(milliseconds);
+}
+
 inline constexpr int pan = 40;
 inline constexpr int tilt = 41;
 inline constexpr int up = 0;  // directions of a Vetra controller, by its counts

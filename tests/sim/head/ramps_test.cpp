@@ -8,15 +8,13 @@ namespace {
 
 using kelvo::sim::camera::Arc;
 using kelvo::sim::camera::Axis;
-using kelvo::sim::camera::Time;
 using kelvo::sim::camera::Way;
+using kelvo::test::ms;
 using kelvo::test::pan;
 using kelvo::test::TasmereBench;
 using kelvo::test::tilt;
 using kelvo::test::up;
 using kelvo::test::VetraBench;
-
-Time ms(std::int64_t milliseconds) { return std::chrono::milliseconds(milliseconds); }
 
 /// A circle of 1000 counts, 500 a second at full speed: there in 500 ms and 125 counts, at rest again in
 /// 250 ms and 62.5 counts.

@@ -40,14 +40,14 @@ class BusyBench : public Bench {
 
 const Frame read_low{0x66, 0, 0, 0, 0xA0};
 
-struct Row {
+struct BusyRow {
   const char* name;
   Frame frame;
   std::chrono::nanoseconds busy;
 };
 
 // clang-format off
-const Row rows[] = {
+const BusyRow busy_rows[] = {
   {"the start of the PLL",           {0xF4, 0x01, 0x00, 0x00, 0xA0}, 1ms},
   {"the change of the clock source", {0xF1, 0x01, 0x00, 0x00, 0xA0}, 1ms},
   {"the size of a download",         {0xE4, 0x10, 0x00, 0x00, 0xA0}, 100ms},
@@ -57,7 +57,7 @@ const Row rows[] = {
 // clang-format on
 
 TEST(BusyTimes, AreWaitedForBehindEachFrameThatTakesItsTime) {
-  for (const Row& row : rows) {
+  for (const BusyRow& row : busy_rows) {
     BusyBench bench;
     bench.send(row.frame);
     EXPECT_TRUE(bench.too_early(row.busy - 1us, read_low)) << row.name;

@@ -13,7 +13,7 @@ using kelvo::test::HeadBench;
 using kelvo::test::pan;
 using kelvo::test::tilt;
 
-struct Row {
+struct HeadSequenceRow {
   const char* name;
   HeadFamily family;
   int slave;
@@ -22,10 +22,10 @@ struct Row {
   Frame end;
 };
 
-void PrintTo(const Row& row, std::ostream* stream) { *stream << row.name; }
+void PrintTo(const HeadSequenceRow& row, std::ostream* stream) { *stream << row.name; }
 
 // clang-format off
-const Row rows[] = {
+const HeadSequenceRow head_sequence_rows[] = {
   {"LimitsOfPan",  HeadFamily::tasmere, pan,  "the limits of pan",  {18, 0, 1}, {19, 0, 1}},
   {"LimitsOfTilt", HeadFamily::tasmere, tilt, "the limits of tilt", {18, 0, 1}, {19, 0, 1}},
   {"GainsOfPan",   HeadFamily::tasmere, pan,  "the gains of pan",   {12, 0, 1}, {16, 0, 1}},
@@ -35,10 +35,10 @@ const Row rows[] = {
 };
 // clang-format on
 
-class HeadSequence : public testing::TestWithParam<Row> {};
+class HeadSequence : public testing::TestWithParam<HeadSequenceRow> {};
 
 TEST_P(HeadSequence, IsNotToBeInterrupted) {
-  const Row& row = GetParam();
+  const HeadSequenceRow& row = GetParam();
   HeadBench head(row.family);
   const Caller own{getpid(), false, 0};
   const Caller other{1, false, 0};
@@ -60,7 +60,7 @@ TEST_P(HeadSequence, IsNotToBeInterrupted) {
   EXPECT_EQ(head.violation_count(), 1u) << "it is over";
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, HeadSequence, testing::ValuesIn(rows),
+INSTANTIATE_TEST_SUITE_P(Rows, HeadSequence, testing::ValuesIn(head_sequence_rows),
                          [](const auto& instance) { return std::string(instance.param.name); });
 
 }  // namespace

@@ -37,7 +37,7 @@ std::string between(const std::string& device, const std::string& frame, const s
          std::to_string(getpid());
 }
 
-struct Row {
+struct LensSequenceRow {
   const char* name;
   int module;
   const char* what;
@@ -47,10 +47,10 @@ struct Row {
   std::vector<Frame> rest;
 };
 
-void PrintTo(const Row& row, std::ostream* stream) { *stream << row.name; }
+void PrintTo(const LensSequenceRow& row, std::ostream* stream) { *stream << row.name; }
 
 // clang-format off
-const Row rows[] = {
+const LensSequenceRow lens_sequence_rows[] = {
   {"Zoom1Move", 7, "a zoom-1 move",
    {{56, 0, 0, 0, 0, 56, 0}, {57, 0, 0, 0, 1, 58, 0}},
    {58, 0, 0, 1, 0, 59, 0}, "3A 00 00 01 00 3B 00",
@@ -90,10 +90,10 @@ const Row rows[] = {
 };
 // clang-format on
 
-class LensSequence : public testing::TestWithParam<Row> {};
+class LensSequence : public testing::TestWithParam<LensSequenceRow> {};
 
 TEST_P(LensSequence, IsNotToBeInterrupted) {
-  const Row& row = GetParam();
+  const LensSequenceRow& row = GetParam();
   Desk desk(row.module);
   for (const Frame& frame : row.begin) desk.own().send(frame);
   EXPECT_EQ(desk.violation_count(), 0u);
@@ -107,7 +107,7 @@ TEST_P(LensSequence, IsNotToBeInterrupted) {
   EXPECT_EQ(desk.violation_count(), 1u) << "it is over";
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, LensSequence, testing::ValuesIn(rows),
+INSTANTIATE_TEST_SUITE_P(Rows, LensSequence, testing::ValuesIn(lens_sequence_rows),
                          [](const auto& instance) { return std::string(instance.param.name); });
 
 TEST(Sequences, OfTheBootLastFromTheResetToTheStart) {

@@ -10,17 +10,17 @@ namespace {
 
 using kelvo::sim::camera::Output;
 using kelvo::test::Bench;
+using kelvo::test::fast_period;
+using kelvo::test::focus_channel;
+using kelvo::test::zoom_channel;
 using Lines = std::vector<std::string>;
-
-constexpr int focus = 0;
-constexpr int zoom = 32;
-constexpr int micro_period = 10330;
 
 void focus_to(Bench& bench, int position) {
   const int counts = position - bench.position(Output::focus_channel);
   const int phase = bench.camera.lens().program().module() == kelvo::wire::LensModule::t5391;
   const int mode = phase ? (counts < 0 ? 0x300 : 0x340) : (counts < 0 ? 0x640 : 0x600);
-  bench.move_channel(focus, mode, counts < 0 ? -counts : counts, phase ? 5730 : micro_period);
+  bench.move_channel(focus_channel, mode, counts < 0 ? -counts : counts,
+                     phase ? 5730 : fast_period);
   bench.wait_ms(20'000);
   ASSERT_EQ(bench.position(Output::focus_channel), position);
 }
@@ -68,7 +68,7 @@ TEST(Interrupters, BelongToAMotorEach) {
   Bench bench;
   bench.boot(7);
   bench.write_register(136, 3);
-  bench.move_channel(zoom, 0x640, 5600, micro_period);
+  bench.move_channel(zoom_channel, 0x640, 5600, fast_period);
   bench.wait_ms(1000);
   EXPECT_GT(bench.query32(0x81, 1), 1228u);
   for (const auto& [code, value] :
