@@ -6,21 +6,15 @@
 #include <cerrno>
 #include <string>
 
-#include "sim/fault/parse.h"
+#include "sim/fault/fault_of.h"
 
 namespace {
 
 using kelvo::sim::fault::Effect;
-using kelvo::sim::fault::Fault;
 using kelvo::sim::fault::FaultTable;
-using kelvo::sim::fault::parse;
 using kelvo::sim::fault::pt5111_transfer;
 using kelvo::sim::fault::shell_command;
-
-Fault fault(const std::string& text) {
-  EXPECT_EQ(parse(text).error, "") << text;
-  return parse(text).fault;
-}
+using kelvo::test::fault;
 
 /// How ten shell commands fare: x where the fault strikes.
 std::string pattern(const std::string& words) {

@@ -7,20 +7,15 @@
 #include <vector>
 
 #include "sim/fault/busy.h"
+#include "sim/fault/fault_of.h"
 #include "sim/fault/fault_table.h"
-#include "sim/fault/parse.h"
 
 namespace {
 
 using namespace kelvo::sim::fault;
+using kelvo::test::fault;
 using kelvo::wire::HeadFamily;
 using Bytes = std::vector<std::uint8_t>;
-
-Fault fault(const std::string& text) {
-  const ParsedFault parsed = parse(text);
-  EXPECT_EQ(parsed.error, "") << text;
-  return parsed.fault;
-}
 
 /// Whether a fault with these words, and some effect, waits for a transfer.
 bool meets(const std::string& words, const Transfer& transfer) {

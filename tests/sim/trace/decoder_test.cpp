@@ -21,7 +21,7 @@ constexpr std::uint8_t t5391 = 9;
 constexpr std::int8_t vetra = 1;
 constexpr std::int8_t tasmere = 2;
 
-Event event_of(Wire wire, Act act, const Frame& sent, const Frame& received = {}) {
+Event decoded_event(Wire wire, Act act, const Frame& sent, const Frame& received = {}) {
   Event event{};
   event.wire = wire;
   event.act = act;
@@ -32,7 +32,7 @@ Event event_of(Wire wire, Act act, const Frame& sent, const Frame& received = {}
 }
 
 std::string lens(std::uint8_t module, const Frame& sent, const Frame& received = {}) {
-  Event event = event_of(Wire::lens, Act::transfer, sent, received);
+  Event event = decoded_event(Wire::lens, Act::transfer, sent, received);
   event.module = module;
   return text_of(decode(event));
 }
@@ -46,12 +46,12 @@ std::string query(std::uint8_t module, Frame sent, const Frame& reply) {
 }
 
 std::string word(std::uint8_t high, std::uint8_t low) {
-  return text_of(decode(event_of(Wire::pt5111, Act::transfer, {high, low}, {0, 0})));
+  return text_of(decode(decoded_event(Wire::pt5111, Act::transfer, {high, low}, {0, 0})));
 }
 
 Event request(std::int8_t family, std::uint16_t slave, std::uint16_t messages, const Frame& sent,
               const Frame& received = {}) {
-  Event event = event_of(Wire::head, Act::transfer, sent, received);
+  Event event = decoded_event(Wire::head, Act::transfer, sent, received);
   event.family = family;
   event.slave = slave;
   event.messages = messages;
@@ -68,7 +68,7 @@ std::string read(std::int8_t family, std::uint16_t slave, std::uint8_t reg, cons
 }
 
 std::string shell(std::string_view command, int status = 0) {
-  Event event = event_of(Wire::reset_line, Act::shell, Frame(command.begin(), command.end()));
+  Event event = decoded_event(Wire::reset_line, Act::shell, Frame(command.begin(), command.end()));
   event.result = status;
   return text_of(decode(event));
 }
@@ -161,7 +161,7 @@ TEST(DecodedQuery, MeansWhatTheProgramTakesItFor) {
 
 TEST(DecodedQuery, HasNoReplyWhenItFails) {
   Event event =
-      event_of(Wire::lens, Act::transfer, Frame{0x92, 0, 0, 0, 1, 0x93, 0, 0, 0, 0, 0, 0});
+      decoded_event(Wire::lens, Act::transfer, Frame{0x92, 0, 0, 0, 1, 0x93, 0, 0, 0, 0, 0, 0});
   event.received_length = 12;
   event.result = -EIO;
   EXPECT_EQ(text_of(decode(event)), "spi query 92 gyro-stability failed: EIO");
@@ -219,7 +219,7 @@ TEST(DecodedWord, HasWhatItTellsAMotor) {
 TEST(DecodedWord, IsARegisterOtherwise) {
   EXPECT_EQ(word(0x8C, 0x07), "pt5111 word 8C07 register 35 007");
   EXPECT_EQ(word(0x24, 0x01), "pt5111 word 2401 register 9 001");
-  EXPECT_EQ(text_of(decode(event_of(Wire::pt5111, Act::transfer, {1, 2, 3}))),
+  EXPECT_EQ(text_of(decode(decoded_event(Wire::pt5111, Act::transfer, {1, 2, 3}))),
             "pt5111 frame 3 bytes: 01 02 03");
 }
 
@@ -280,9 +280,9 @@ TEST(DecodedResetLine, HasTheStatusWhenItIsNotZero) {
 }
 
 TEST(DecodedDevice, IsOpenedAndClosed) {
-  EXPECT_EQ(text_of(decode(event_of(Wire::lens, Act::open, {}))), "spi open");
-  EXPECT_EQ(text_of(decode(event_of(Wire::head, Act::close, {}))), "i2c close");
-  Event event = event_of(Wire::pt5111, Act::open, {});
+  EXPECT_EQ(text_of(decode(decoded_event(Wire::lens, Act::open, {}))), "spi open");
+  EXPECT_EQ(text_of(decode(decoded_event(Wire::head, Act::close, {}))), "i2c close");
+  Event event = decoded_event(Wire::pt5111, Act::open, {});
   event.result = -ENOENT;
   EXPECT_EQ(text_of(decode(event)), "pt5111 open failed: ENOENT");
   event.result = -4000;
@@ -291,13 +291,13 @@ TEST(DecodedDevice, IsOpenedAndClosed) {
 
 TEST(DecodedDevice, IsToldItsSpeed) {
   const std::uint32_t hertz = 1'000'000;
-  Event event = event_of(Wire::lens, Act::speed, {});
+  Event event = decoded_event(Wire::lens, Act::speed, {});
   add_sent(event, {reinterpret_cast<const std::uint8_t*>(&hertz), sizeof hertz});
   EXPECT_EQ(text_of(decode(event)), "spi speed 1000000");
 }
 
 TEST(Decoded, HasItsPartsOneByOne) {
-  Event event = event_of(Wire::lens, Act::transfer, {0x3E, 0, 0, 0, 1, 0x3F, 0});
+  Event event = decoded_event(Wire::lens, Act::transfer, {0x3E, 0, 0, 0, 1, 0x3F, 0});
   event.module = de015;
   const Decoded decoded = decode(event);
   EXPECT_EQ(decoded.device, "spi");
