@@ -11,6 +11,8 @@
 
 namespace kelvo::test {
 
+inline constexpr char lens_device[] = "/dev/spi_renesas";
+
 /// Has the camera's devices and one calibration file, and writes down what reaches it.
 class DeviceHost final : public sim::Host {
  public:

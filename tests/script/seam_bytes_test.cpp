@@ -28,9 +28,8 @@ namespace {
 
 using kelvo::test::DeviceHost;
 using kelvo::test::Installed;
+using kelvo::test::lens_device;
 using Lines = std::vector<std::string>;
-
-constexpr char lens_device[] = "/dev/spi_renesas";
 
 std::array<char, 4> bytes{'a', 'b', 'c', 'd'};
 const iovec part{bytes.data(), bytes.size()};

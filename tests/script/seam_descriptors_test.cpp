@@ -27,10 +27,10 @@ namespace {
 using kelvo::sim::real;
 using kelvo::test::DeviceHost;
 using kelvo::test::Installed;
+using kelvo::test::lens_device;
 using kelvo::test::send_byte;
 using Lines = std::vector<std::string>;
 
-constexpr char lens[] = "/dev/spi_renesas";
 constexpr char link[] = "/dev/i2c-2";
 
 bool is_open(int descriptor) { return real().fcntl(descriptor, F_GETFD) >= 0; }
@@ -56,7 +56,7 @@ class SeamCopy : public testing::TestWithParam<Copy> {};
 TEST_P(SeamCopy, IsTheSameDevice) {
   DeviceHost host;
   const Installed installed(host);
-  const int first = open(lens, O_RDWR);
+  const int first = open(lens_device, O_RDWR);
   const int second = GetParam().copy(first);
   ASSERT_NE(second, first);
   EXPECT_EQ(send_byte(second), 0);
@@ -73,7 +73,7 @@ INSTANTIATE_TEST_SUITE_P(Calls, SeamCopy, testing::ValuesIn(every_copy),
 TEST(SeamDescriptors, AreForgottenWhenAnotherFileTakesTheirPlace) {
   DeviceHost host;
   const Installed installed(host);
-  const int device = open(lens, O_RDWR);
+  const int device = open(lens_device, O_RDWR);
   const int other = open("/dev/null", O_RDWR);
   ASSERT_EQ(dup2(other, device), device);
   EXPECT_EQ(send_byte(device), -1);
@@ -99,7 +99,7 @@ TEST(SeamDescriptors, AreForgottenWithTheStreamThatHasThem) {
 TEST(SeamDescriptors, AreNeitherReadNorWritten) {
   DeviceHost host;
   const Installed installed(host);
-  const int device = open(lens, O_RDWR);
+  const int device = open(lens_device, O_RDWR);
   std::array<char, 4> buffer{};
   EXPECT_EQ(read(device, buffer.data(), buffer.size()), -1);
   EXPECT_EQ(errno, EINVAL);
@@ -113,7 +113,7 @@ TEST(SeamDescriptors, AreNeitherReadNorWritten) {
 TEST(SeamDescriptors, ServeNoOtherRequests) {
   DeviceHost host;
   const Installed installed(host);
-  const int device = open(lens, O_RDWR);
+  const int device = open(lens_device, O_RDWR);
   int number = 0;
   EXPECT_EQ(ioctl(device, FIONREAD, &number), -1);
   EXPECT_EQ(errno, ENOTTY);
@@ -132,7 +132,7 @@ TEST(SeamDescriptors, OfOtherFilesTakeNoRequestsOfTheCamera) {
 TEST(SeamDescriptors, AreThereInAForkedProcess) {
   DeviceHost host;
   const Installed installed(host);
-  const int device = open(lens, O_RDWR);
+  const int device = open(lens_device, O_RDWR);
   const pid_t child = fork();
   if (child == 0) _exit(send_byte(device) == 0 && host.seen.back() == "transfer 1" ? 0 : 1);
   int status = -1;
@@ -206,7 +206,7 @@ TEST_F(SeamOwn, ARangeMayBeMarkedAndAWrongOneIsLeftToTheKernel) {
 TEST(SeamDescriptors, ARangeTakesDevicesAlong) {
   DeviceHost host;
   const Installed installed(host);
-  const int device = open(lens, O_RDWR);
+  const int device = open(lens_device, O_RDWR);
   EXPECT_EQ(close_range(static_cast<unsigned>(device), static_cast<unsigned>(device), 0), 0);
   EXPECT_EQ(open("/dev/null", O_RDWR), device);
   EXPECT_EQ(write(device, "a", 1), 1);

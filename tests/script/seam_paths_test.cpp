@@ -29,10 +29,10 @@ namespace {
 
 using kelvo::test::DeviceHost;
 using kelvo::test::Installed;
+using kelvo::test::lens_device;
 using Lines = std::vector<std::string>;
 namespace fs = std::filesystem;
 
-constexpr char lens[] = "/dev/spi_renesas";
 constexpr char record[] = "/bin/DC_S_Cali.dat";
 
 struct Opening {
@@ -63,7 +63,7 @@ class SeamOpening : public testing::TestWithParam<Opening> {};
 TEST_P(SeamOpening, OfADeviceReachesTheHost) {
   DeviceHost host;
   const Installed installed(host);
-  const int device = GetParam().open(lens);
+  const int device = GetParam().open(lens_device);
   ASSERT_GE(device, 0);
   EXPECT_EQ(kelvo::test::send_byte(device), 0);
   EXPECT_EQ(host.seen, (Lines{"open 1", "transfer 1"}));
@@ -111,24 +111,24 @@ TEST(SeamPaths, AreTheSameInOtherSpellings) {
 TEST(SeamPaths, OfADeviceThatTheHostHasCanBeAskedAbout) {
   struct stat status = {};
   struct stat64 status64 = {};
-  EXPECT_EQ(access(lens, R_OK), -1) << "this machine has a lens controller";
+  EXPECT_EQ(access(lens_device, R_OK), -1) << "this machine has a lens controller";
   DeviceHost host;
   const Installed installed(host);
-  EXPECT_EQ(access(lens, R_OK | W_OK), 0);
-  EXPECT_EQ(eaccess(lens, R_OK), 0);
-  EXPECT_EQ(euidaccess(lens, R_OK), 0);
-  EXPECT_EQ(faccessat(AT_FDCWD, lens, R_OK, 0), 0);
-  EXPECT_EQ(stat(lens, &status), 0);
+  EXPECT_EQ(access(lens_device, R_OK | W_OK), 0);
+  EXPECT_EQ(eaccess(lens_device, R_OK), 0);
+  EXPECT_EQ(euidaccess(lens_device, R_OK), 0);
+  EXPECT_EQ(faccessat(AT_FDCWD, lens_device, R_OK, 0), 0);
+  EXPECT_EQ(stat(lens_device, &status), 0);
   EXPECT_TRUE(S_ISCHR(status.st_mode));
-  EXPECT_EQ(stat64(lens, &status64), 0);
-  EXPECT_EQ(lstat(lens, &status), 0);
-  EXPECT_EQ(lstat64(lens, &status64), 0);
-  EXPECT_EQ(fstatat(-1, lens, &status, 0), 0);
-  EXPECT_EQ(fstatat64(-1, lens, &status64, 0), 0);
+  EXPECT_EQ(stat64(lens_device, &status64), 0);
+  EXPECT_EQ(lstat(lens_device, &status), 0);
+  EXPECT_EQ(lstat64(lens_device, &status64), 0);
+  EXPECT_EQ(fstatat(-1, lens_device, &status, 0), 0);
+  EXPECT_EQ(fstatat64(-1, lens_device, &status64, 0), 0);
   struct statx more = {};
-  EXPECT_EQ(statx(-1, lens, 0, STATX_TYPE, &more), 0);
+  EXPECT_EQ(statx(-1, lens_device, 0, STATX_TYPE, &more), 0);
   host.file_error = -ENOENT;
-  EXPECT_EQ(access(lens, R_OK), -1);
+  EXPECT_EQ(access(lens_device, R_OK), -1);
   EXPECT_EQ(errno, ENOENT);
   EXPECT_EQ(access("/dev", R_OK), 0);
 }
@@ -196,7 +196,7 @@ TEST_F(SeamFile, ThatCannotBeOpenedEndsTheStream) {
   host.file_error = -EACCES;
   EXPECT_EQ(std::freopen(record, "r", std::fopen("/dev/null", "r")), nullptr);
   EXPECT_EQ(errno, EACCES);
-  EXPECT_EQ(std::freopen(lens, "r", std::fopen("/dev/null", "r")), nullptr);
+  EXPECT_EQ(std::freopen(lens_device, "r", std::fopen("/dev/null", "r")), nullptr);
   EXPECT_EQ(errno, EOPNOTSUPP);
 }
 

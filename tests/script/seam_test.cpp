@@ -19,6 +19,7 @@
 #include <utility>
 #include <vector>
 
+#include "script/device_host.h"
 #include "script/installed_host.h"
 #include "script/script.h"
 #include "sim/seam/host.h"
@@ -35,6 +36,7 @@ using kelvo::sim::SleepCall;
 using kelvo::test::Bytes;
 using kelvo::test::Installed;
 using kelvo::test::Script;
+using kelvo::test::send_byte;
 
 class TemporaryFile {
  public:
@@ -50,12 +52,6 @@ class TemporaryFile {
  private:
   std::string path_;
 };
-
-int send(int descriptor, std::uint8_t byte) {
-  std::uint8_t received = 0;
-  kelvo::wire::SpiTransfer record{&byte, &received, 1, 0};
-  return ioctl(descriptor, kelvo::wire::spi_transfer_request, &record);
-}
 
 TEST(Seam, LetsOtherDescriptorsThrough) {
   const TemporaryFile file;
@@ -88,7 +84,7 @@ TEST(Seam, ForgetsADeviceThatWasClosed) {
   EXPECT_EQ(close(lens), 0);
   const int other = open(file.path(), O_RDWR);
   ASSERT_EQ(other, lens) << "the lowest free number was expected";
-  EXPECT_EQ(send(other, 5), -1);
+  EXPECT_EQ(send_byte(other), -1);
   EXPECT_EQ(errno, ENOTTY);
   close(other);
   EXPECT_EQ(script.transcript(), "open /dev/spi_renesas\nclose /dev/spi_renesas\nfd " +
@@ -101,7 +97,7 @@ TEST(Seam, KeepsTwoDescriptorsOfOneDeviceApart) {
   const int second = open("/dev/spi_renesas", O_RDWR);
   ASSERT_NE(first, second);
   close(first);
-  EXPECT_EQ(send(second, 5), 0);
+  EXPECT_EQ(send_byte(second), 0);
   close(second);
 }
 
@@ -145,7 +141,7 @@ TEST(Seam, LetsEverythingThroughToAHostThatAnswersNothing) {
   EXPECT_EQ(clock_nanosleep(CLOCK_MONOTONIC, 0, &no_time, nullptr), 0);
   EXPECT_EQ(ftok(kelvo::wire::lock_key_path, 0),
             kelvo::sim::real().ftok(kelvo::wire::lock_key_path, 0));
-  EXPECT_EQ(send(-1, 5), -1);
+  EXPECT_EQ(send_byte(-1), -1);
   // The user-mode emulator does not know the request and says so.
   EXPECT_TRUE(errno == EBADF || errno == ENOSYS) << errno;
   EXPECT_EQ(fsync(-1), -1);
@@ -194,7 +190,8 @@ TEST(Seam, RefusesI2cRequestsBeyondTheKernelsBounds) {
   EXPECT_EQ(script.count(kelvo::test::Call::i2c), 1);
 }
 
-class SleepHost final : public Host {
+/// Writes down the sleeps and answers all of them alike.
+class AnsweringHost final : public Host {
  public:
   Answer delay(SleepCall call, std::chrono::nanoseconds time) override {
     sleeps.emplace_back(call, time);
@@ -205,7 +202,7 @@ class SleepHost final : public Host {
 };
 
 TEST(Seam, CountsAnAbsoluteSleepFromNow) {
-  SleepHost host;
+  AnsweringHost host;
   const Installed installed(host);
   timespec wake_up = {};
   clock_gettime(CLOCK_MONOTONIC, &wake_up);
@@ -220,7 +217,7 @@ TEST(Seam, CountsAnAbsoluteSleepFromNow) {
 }
 
 TEST(Seam, TellsOfABrokenSleepAsEachCallDoes) {
-  SleepHost host;
+  AnsweringHost host;
   const Installed installed(host);
   host.answer = -EINTR;
   const timespec time = {2, 3};
