@@ -47,7 +47,7 @@ std::string row(const Function& function, std::span<const Place> places) {
 }
 
 /// The functions of one scope as a table; nothing when there are none.
-std::string table(const Chapter& chapter, Scope scope, std::span<const Place> places) {
+std::string table_of(const Chapter& chapter, Scope scope, std::span<const Place> places) {
   std::string rows;
   for (const Function& function : chapter.functions) {
     if (function.scope == scope) rows += row(function, places);
@@ -68,9 +68,9 @@ std::string document() {
   std::string text = introduction;
   for (const Chapter& chapter : chapters()) {
     text += "\n## " + std::string(chapter.title) + "\n";
-    text += table(chapter, Scope::neither, {&anywhere, 1});
-    text += table(chapter, Scope::modules, modules);
-    text += table(chapter, Scope::families, families);
+    text += table_of(chapter, Scope::neither, {&anywhere, 1});
+    text += table_of(chapter, Scope::modules, modules);
+    text += table_of(chapter, Scope::families, families);
   }
   return text;
 }
