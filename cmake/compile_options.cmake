@@ -21,14 +21,11 @@ if(KELVO_SANITIZE)
   target_link_options(kelvo_options INTERFACE -fsanitize=${KELVO_SANITIZE})
 endif()
 
-# The faster presets compile sources in batches, as one. There a local name may hide another source's; sources
-# that define the same local name are compiled by themselves.
+# The faster presets compile sources in batches, as one: a name that is local to a source is the only one of
+# its kind in its program.
 if(CMAKE_UNITY_BUILD)
   target_compile_options(kelvo_options INTERFACE $<$<COMPILE_LANGUAGE:C,CXX>:-Wno-shadow>)
 endif()
-function(kelvo_by_itself)
-  set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
-endfunction()
 
 # gcc 12 sees overruns inside std::string when it optimises highly; the sanitizers see the real ones.
 # For programs that put text together; the library has no std::string.
