@@ -4,9 +4,12 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <vector>
 
 namespace kelvo::sim::state {
 namespace {
@@ -26,11 +29,22 @@ std::string private_folder_of(std::string_view name) {
   return parent + "/kelvo-sim-" + std::to_string(geteuid()) + "-" + std::string(name);
 }
 
-std::string make_private_folder(const std::string& folder) {
+std::string make_private_folder(const std::string& folder,
+                                const std::function<bool(const std::string& folder)>& taken) {
   constexpr mode_t for_its_user = 0700;
+  constexpr std::size_t most_others = 16;
   remove_private_folder(folder);
-  if (mkdir(folder.c_str(), for_its_user) == 0) return {};
-  const int error = errno;
+  // They keep their identities until one is found that nobody has. No camera has a ~ in its name.
+  std::vector<std::string> others;
+  int error = 0;
+  for (;;) {
+    if (mkdir(folder.c_str(), for_its_user) != 0) error = errno;
+    if (error != 0 || others.size() == most_others || !taken(folder)) break;
+    others.push_back(folder + "~" + std::to_string(others.size()));
+    if (rename(folder.c_str(), others.back().c_str()) != 0) error = errno;
+  }
+  for (const std::string& other : others) rmdir(other.c_str());
+  if (error == 0) return {};
   return "cannot make its folder " + folder + ": " + std::strerror(error) +
          ": make way for it, or name another place with XDG_RUNTIME_DIR";
 }

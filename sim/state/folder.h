@@ -2,6 +2,7 @@
 #ifndef KELVO_SIM_STATE_FOLDER_H
 #define KELVO_SIM_STATE_FOLDER_H
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -11,8 +12,10 @@ namespace kelvo::sim::state {
 std::string private_folder_of(std::string_view name);
 
 /// Makes it anew, for its user alone; what is wrong, or nothing. What an earlier camera of the name
-/// left there goes.
-std::string make_private_folder(const std::string& folder);
+/// left there goes. While `taken` says that another camera has what identifies the folder, a new one is
+/// made in its place.
+std::string make_private_folder(const std::string& folder,
+                                const std::function<bool(const std::string& folder)>& taken);
 
 /// Removes it, if it is the user's own.
 void remove_private_folder(const std::string& folder);

@@ -225,8 +225,12 @@ TEST(StopAtViolation, EndsTheProcessWithOneLine) {
 TEST(StopAtViolation, LetsAGoodProgramGoOn) {
   EXPECT_EXIT(
       {
-        InstalledCamera camera("clock=sleep violations=fatal");
-        std::exit(Init30516_T5391() == 0 ? 7 : 1);
+        int result = -1;
+        {
+          InstalledCamera camera("clock=sleep violations=fatal");
+          result = Init30516_T5391();
+        }
+        std::exit(result == 0 ? 7 : 1);
       },
       testing::ExitedWithCode(7), "");
 }
