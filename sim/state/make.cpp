@@ -28,8 +28,8 @@ std::string lay_down_files(Header& header, std::string_view name, const WantedSe
            " bytes: choose a shorter one";
   }
   std::copy(folder.begin(), folder.end(), header.files.begin());
-  // A bus lock is found by its folder's number, or by what fits into a key of that: no two cameras
-  // share one, and none has what a camera of old has left.
+  // The key of the bus lock has but 16 bits of the folder's number: the set that is found must not be
+  // another camera's, or one that a camera of old has left.
   if (header.private_folder) return make_private_folder(folder, has_bus_lock);
   const std::error_code error = storage::begin(folder);
   return error ? "its folder " + folder + " cannot be used: " + error.message() : "";

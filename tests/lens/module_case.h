@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -41,6 +42,19 @@ inline void expect_cases(std::span<const ModuleCase> rows) {
     EXPECT_EQ(row.call(), row.result);
     EXPECT_EQ(script.transcript_without(locks_and_opening), row.transcript);
   }
+}
+
+/// The frame of a command, in the transcript of a move on a module; empty without one.
+inline std::string frame_of_move(std::int32_t variant,
+                                 std::uint32_t (*move)(std::uint8_t speed, std::uint32_t steps),
+                                 std::uint8_t speed, std::uint32_t steps,
+                                 const std::string& command) {
+  Script script;
+  SetLensType(variant);
+  move(speed, steps);
+  const std::string text = script.transcript();
+  const std::size_t at = text.find(": " + command + " ");
+  return at == std::string::npos ? "" : text.substr(at + 2, 20);
 }
 
 /// Sets the latch as a failed transfer does, and forgets what that left in the transcript.

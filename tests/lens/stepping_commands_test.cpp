@@ -12,6 +12,7 @@ namespace {
 
 using kelvo::test::Call;
 using kelvo::test::forever;
+using kelvo::test::frame_of_move;
 using kelvo::test::locks;
 using kelvo::test::Script;
 
@@ -141,14 +142,8 @@ TEST(Zoom1CommandBlock, DoesNotWaitAgainAfterSetLensType) {
   EXPECT_EQ(script.transcript_without(locks), later_move(zoom1_operations[4]));
 }
 
-/// The frame of this command in the transcript of one move forward.
 std::string zoom1_frame(std::uint8_t speed, std::uint32_t steps, const std::string& command) {
-  Script script;
-  SetLensType(7);
-  setZoom1Forward(speed, steps);
-  const std::string text = script.transcript();
-  const std::size_t at = text.find(": " + command + " ");
-  return at == std::string::npos ? "" : text.substr(at + 2, 20);
+  return frame_of_move(7, setZoom1Forward, speed, steps, command);
 }
 
 TEST(Zoom1CommandBlock, ScalesTheSpeedLevelToNineHundredAndSixty) {

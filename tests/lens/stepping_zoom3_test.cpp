@@ -12,6 +12,7 @@ namespace {
 
 using kelvo::test::Call;
 using kelvo::test::forever;
+using kelvo::test::frame_of_move;
 using kelvo::test::locks;
 using kelvo::test::Script;
 
@@ -93,14 +94,8 @@ TEST(Zoom3CommandBlock, HasAStartedFlagOfItsOwn) {
   EXPECT_NE(script.transcript().find("usleep 5000\n"), std::string::npos);
 }
 
-/// The frame of this command in the transcript of one move forward.
 std::string zoom3_frame(std::uint8_t speed, std::uint32_t steps, const std::string& command) {
-  Script script;
-  SetLensType(8);
-  setZoom3Forward(speed, steps);
-  const std::string text = script.transcript();
-  const std::size_t at = text.find(": " + command + " ");
-  return at == std::string::npos ? "" : text.substr(at + 2, 20);
+  return frame_of_move(8, setZoom3Forward, speed, steps, command);
 }
 
 TEST(Zoom3CommandBlock, ScalesTheSpeedLevelAndTruncatesBeforeTheEightfold) {
