@@ -1,6 +1,8 @@
-// A machine that has nothing left of one thing, for kelvoctl: preloaded, it refuses the call that STARVED_OF names.
+// A machine that has nothing left of one thing, for kelvoctl: preloaded, it refuses the call that STARVED_OF names,
+// or gives its first of "turns" late.
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -33,6 +35,17 @@ int memfd_create(const char* name, unsigned flags) noexcept {
 int pipe2(int* ends, int flags) noexcept {
   if (starved_of("pipe2")) return refuse(EMFILE);
   return static_cast<int>(syscall(SYS_pipe2, ends, flags));
+}
+
+// A process that waits for another gets its first turn late.
+int ppoll(pollfd* polled, nfds_t number, const timespec* time, const sigset_t* mask) {
+  static bool late = starved_of("turns");
+  if (late) {
+    const timespec second{1, 0};
+    syscall(SYS_nanosleep, &second, nullptr);
+    late = false;
+  }
+  return reinterpret_cast<decltype(&ppoll)>(dlsym(RTLD_NEXT, "ppoll"))(polled, number, time, mask);
 }
 
 pid_t fork() noexcept {

@@ -11,7 +11,7 @@ class Starved(kelvoctl_tool.KelvoctlTest):
     def starve(self, call, *arguments):
         """A command, on this test's camera and a machine that refuses a call."""
         _, variables = self.on_camera(settings="")
-        libraries = f"{project.setting('sim_library')}:{project.setting('starved_machine')}"
+        libraries = f"{project.setting('starved_machine')}:{project.setting('sim_library')}"
         preload = f"LD_PRELOAD={libraries}"
         name, value = ("QEMU_SET_ENV", preload) if kelvoctl_tool.EMULATED else preload.split("=")
         variables.update({name: value, "STARVED_OF": call})
@@ -31,6 +31,14 @@ class Starved(kelvoctl_tool.KelvoctlTest):
 
     def test_no_pipe(self):
         self.check_boot("pipe2", "no pipe: Too many open files")
+
+    def test_a_late_turn(self):
+        """What is measured waits for it, on a clock that does not."""
+        self.boot()
+        self.check(self.starve("turns", "calibrate", "iris", "-y", "--timeout", "3s"), 5, "",
+                   "kelvoctl: calibrate iris: iris is measured for longer than the time-out: boot the controller\n")
+        trace = kelvoctl_tool.call_sim("trace", self.camera).stdout
+        self.assertEqual(trace.count(" calibration-state "), 3, trace[-2000:])
 
     def test_no_process(self):
         self.check_boot("fork", "no process: Resource temporarily unavailable")

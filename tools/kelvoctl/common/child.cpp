@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/timerfd.h>
+#include <sys/uio.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <span>
 
 #include "tools/kelvoctl/common/bus_lock.h"
 #include "tools/kelvoctl/common/signals.h"
@@ -21,41 +23,108 @@ Failure failure(const std::string& what) {
   return {ExitCode::link_failed, what + ": " + std::strerror(errno)};
 }
 
-[[noreturn]] void run_child(int pipe, const std::function<void()>& operation) {
-  dup2(pipe, STDOUT_FILENO);
-  dup2(pipe, STDERR_FILENO);
+class Pipe {
+ public:
+  Pipe() {
+    if (pipe2(ends_.data(), O_CLOEXEC) != 0) throw failure("no pipe");
+  }
+  ~Pipe() {
+    close_read_end();
+    close_write_end();
+  }
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
+
+  int read_end() const { return ends_[0]; }
+  int write_end() const { return ends_[1]; }
+  void close_read_end() { close_end(ends_[0]); }
+  void close_write_end() { close_end(ends_[1]); }
+
+ private:
+  static void close_end(int& end) {
+    if (end >= 0) close(end);
+    end = -1;
+  }
+
+  std::array<int, 2> ends_{};
+};
+
+/// Between a child and whoever follows it.
+struct Channel {
+  Pipe printed;
+  Pipe answers;
+};
+
+/// Stands behind what a child in step prints: it waits for an answer, which says that all of it has been taken.
+constexpr char question = '\0';
+constexpr char answer = '!';
+
+/// It never fails: whoever no longer reads does not end the operation.
+ssize_t print_and_wait(void* cookie, const char* bytes, std::size_t size) {
+  const Channel& channel = *static_cast<const Channel*>(cookie);
+  const std::array<iovec, 2> parts{
+      {{const_cast<char*>(bytes), size}, {const_cast<char*>(&question), 1}}};
+  char taken = 0;
+  if (writev(channel.printed.write_end(), parts.data(), parts.size()) > 0) {
+    [[maybe_unused]] const ssize_t length = ::read(channel.answers.read_end(), &taken, 1);
+  }
+  return static_cast<ssize_t>(size);
+}
+
+/// From here on each line of the library waits. What a shell prints for it just goes along.
+void print_in_step(Channel& channel) {
+  FILE* const waiting = fopencookie(&channel, "w", {nullptr, print_and_wait, nullptr, nullptr});
+  if (waiting == nullptr) _exit(1);
+  std::setvbuf(waiting, nullptr, _IOLBF, BUFSIZ);
+  stdout = waiting;
+  stderr = waiting;
+}
+
+[[noreturn]] void run_child(Channel& channel, const std::function<void()>& operation, Pace pace) {
+  channel.printed.close_read_end();
+  channel.answers.close_write_end();
+  dup2(channel.printed.write_end(), STDOUT_FILENO);
+  dup2(channel.printed.write_end(), STDERR_FILENO);
+  if (pace == Pace::in_step) print_in_step(channel);
   operation();
   std::fflush(stdout);
   _exit(0);
 }
 
-/// Hands on what comes from a pipe line by line, until its other end is closed.
+/// Hands on what comes from a child line by line, until its other end is closed.
 class Lines {
  public:
-  Lines(int pipe, const std::function<void(const std::string& line)>& on_line)
-      : pipe_(pipe), on_line_(on_line) {}
+  Lines(const Channel& channel, const std::function<void(const std::string& line)>& on_line)
+      : channel_(channel), on_line_(on_line) {}
 
   /// False at the end.
   bool read_some() {
     std::array<char, 4096> bytes{};
-    const ssize_t length = ::read(pipe_, bytes.data(), bytes.size());
+    const ssize_t length = ::read(channel_.printed.read_end(), bytes.data(), bytes.size());
     if (length <= 0) return false;
-    all_.append(bytes.data(), static_cast<std::size_t>(length));
-    for (std::size_t end = all_.find('\n', done_); end != std::string::npos;
-         end = all_.find('\n', done_)) {
-      on_line_(all_.substr(done_, end - done_));
-      done_ = end + 1;
-    }
+    for (const char byte : std::span(bytes).first(static_cast<std::size_t>(length))) take(byte);
     return true;
   }
 
   const std::string& all() const { return all_; }
 
  private:
-  int pipe_;
+  void take(char byte) {
+    if (byte == question) {
+      // A child that has died since does not read it.
+      [[maybe_unused]] const ssize_t length = ::write(channel_.answers.write_end(), &answer, 1);
+      return;
+    }
+    all_ += byte;
+    if (byte != '\n') return;
+    on_line_(all_.substr(line_, all_.size() - 1 - line_));
+    line_ = all_.size();
+  }
+
+  const Channel& channel_;
   const std::function<void(const std::string& line)>& on_line_;
   std::string all_;
-  std::size_t done_ = 0;  // so much has been handed on
+  std::size_t line_ = 0;  // where the last one begins
 };
 
 int wait_for_end(pid_t child) {
@@ -135,30 +204,25 @@ SharedMemory::SharedMemory(std::size_t size)
 SharedMemory::~SharedMemory() { munmap(address_, size_); }
 
 bool run_in_child(Session& session, const std::function<void()>& operation,
-                  const std::function<void(const std::string& line)>& on_line) {
-  std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw failure("no pipe");
+                  const std::function<void(const std::string& line)>& on_line, Pace pace) {
+  Channel channel;
   std::fflush(stdout);
   const pid_t child = fork();
-  if (child == 0) run_child(ends[1], operation);
-  close(ends[1]);
-  if (child < 0) {
-    close(ends[0]);
-    throw failure("no process");
-  }
-  Lines lines(ends[0], on_line);
+  if (child < 0) throw failure("no process");
+  if (child == 0) run_child(channel, operation, pace);
+  channel.printed.close_write_end();
+  channel.answers.close_read_end();
+  Lines lines(channel, on_line);
   bool interrupted = false;
   try {
-    interrupted = follow(session, ends[0], lines);
+    interrupted = follow(session, channel.printed.read_end(), lines);
   } catch (...) {
     kill(child, SIGKILL);
     wait_for_end(child);
-    close(ends[0]);
     session.progress("");
     session.keep(lines.all());
     throw;
   }
-  close(ends[0]);
   session.progress("");
   session.keep(lines.all());
   check_end(child);

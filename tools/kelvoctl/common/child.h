@@ -5,6 +5,7 @@
 
 #include <sys/mman.h>
 
+#include <cstdint>
 #include <functional>
 #include <new>
 #include <string>
@@ -28,12 +29,16 @@ class SharedMemory {
   void* address_;
 };
 
+/// Whether a child waits until what it has printed is taken. One that does not is held up by nobody.
+enum class Pace : std::uint8_t { free, in_step };
+
 /// Runs `operation` in a child and waits for its end. Each line that the library prints there goes to
 /// `on_line` at once, and all of them to session.printed(). After Ctrl-C it says that it waits, and goes
 /// on. Returns whether somebody wanted the command to end. Throws a Failure when the child died. Whatever
-/// `on_line` throws ends the child at once and is passed on.
+/// `on_line` throws ends the child, at that line where they go in step, and is passed on.
 bool run_in_child(Session& session, const std::function<void()>& operation,
-                  const std::function<void(const std::string& line)>& on_line);
+                  const std::function<void(const std::string& line)>& on_line,
+                  Pace pace = Pace::free);
 
 /// What became of an operation in a child.
 template <typename Result>
@@ -45,12 +50,13 @@ struct Outcome {
 /// The same for an operation with a result.
 template <typename Result>
 Outcome<Result> call_in_child(Session& session, const std::function<Result()>& operation,
-                              const std::function<void(const std::string& line)>& on_line) {
+                              const std::function<void(const std::string& line)>& on_line,
+                              Pace pace = Pace::free) {
   static_assert(std::is_trivially_copyable_v<Result>, "it passes from process to process");
   const SharedMemory memory(sizeof(Result));
   auto* const result = new (memory.address()) Result();
   const bool interrupted = run_in_child(
-      session, [&] { *result = operation(); }, on_line);
+      session, [&] { *result = operation(); }, on_line, pace);
   return {*result, interrupted};
 }
 

@@ -79,7 +79,7 @@ class CheckProgress {
     }
     if (state == wire::calibration_finished) return;
     states_.back()["seconds"] = states_.back()["seconds"].get<int>() + 1;
-    // Between two questions nothing is under way: here the child can be ended.
+    // The child waits here, between two questions, with nothing under way: it can be ended.
     if (link_failed_ && !kind_.check_ends) throw link_failure();
     if (std::chrono::seconds(++seconds_) >= timeout_) {
       throw Failure(ExitCode::time_out, std::string(kind_.name) +
@@ -135,7 +135,7 @@ Outcome<Checked> check_in_child(Session& session, const RecordKind& kind, CheckP
   try {
     return call_in_child<Checked>(
         session, [&kind] { return check_unit(kind); },
-        [&progress](const std::string& line) { progress.take(line); });
+        [&progress](const std::string& line) { progress.take(line); }, Pace::in_step);
   } catch (const Failure& failure) {
     session.detach();
     // To the library a state that it cannot ask for is one that does not change.
