@@ -51,7 +51,7 @@ class Holding(kelvoctl_tool.KelvoctlTest):
 class BusLock(Holding):
     def check_refused(self, process, command, **options):
         name = command.split(" -")[0]
-        result = self.ctl("--patience", "60ms", *command.split(), settings="", timeout=20, **options)
+        result = self.ctl("--patience", "60ms", *command.split(), settings="", timeout=60, **options)
         self.assertEqual((result.returncode, result.stdout), (5, ""), f"{name}\n{result.stderr}")
         self.assertIn(self.held_by(process), result.stderr)
         self.assertEqual(result.stderr.count("\n"), 1, result.stderr)
@@ -112,7 +112,7 @@ class BusLock(Holding):
             result = self.ctl(*command, "--timeout", "300ms", settings="")
             self.assertEqual(result.returncode, 5, result.stderr)
             self.assertIn(self.held_by(holder), result.stderr)
-            self.assertTrue(0.3 <= time.monotonic() - begun < 8)
+            self.assertTrue(0.3 <= time.monotonic() - begun < 10)  # its patience otherwise
 
     def test_patience_ends_after_ten_seconds(self):
         self.boot()
@@ -147,16 +147,20 @@ class BusLock(Holding):
 
     def test_a_signal_ends_the_wait(self):
         self.boot()
-        self.hold()
+        holder = self.hold()
+        script = self.script("focus count", "heater 1")
         before, variables = self.on_camera(settings="")
-        command = [*filter(None, project.settings("tool")), *before, "--patience", "1000s", "heater", "1"]
+        command = [*filter(None, project.settings("tool")), *before, "--patience", "1000s", "run", str(script)]
         with subprocess.Popen(command, text=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                               env=kelvoctl_tool.environment(variables)) as process:
-            time.sleep(1)
+            process.stdout.readline()  # of the first line of the script
+            time.sleep(0.5)
             process.send_signal(signal.SIGTERM)
             _, errors = process.communicate(timeout=60)
-        self.assertRegex(errors, r"^kelvoctl: heater: interrupted while it waited for the bus lock: process \d+ holds "
-                                 r"it\n$")
+        where = rf"^kelvoctl: run: {script}:"
+        waiting = rf"interrupted while it waited for the bus lock: process {holder.pid} holds it\n$"
+        # On a loaded machine it may come before the line that was printed has quite ended.
+        self.assertRegex(errors, rf"{where}(2: heater: {waiting}|1: focus count: interrupted\n$)")
         self.assertEqual(process.returncode, 130)
 
 

@@ -61,10 +61,11 @@ class Interrupt(kelvoctl_tool.KelvoctlTest):
     def test_it_cannot_be_put_to_sleep(self):
         """A process that is stopped and goes on has lost its place in the queue for the bus lock."""
         before, variables = self.on_camera(settings="clock=real")
-        command = [*filter(None, project.settings("tool")), *before, "sleep", "3s"]
-        with subprocess.Popen(command, stderr=subprocess.PIPE, text=True, process_group=0,
+        command = [*filter(None, project.settings("tool")), *before, "run",
+                   str(self.script("pan position", "sleep 2s"))]
+        with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, process_group=0,
                               env=kelvoctl_tool.environment(variables)) as process:
-            time.sleep(1)
+            self.assertNotEqual(process.stdout.readline(), "")
             process.send_signal(signal.SIGTSTP)
             time.sleep(0.5)
             state = Path(f"/proc/{process.pid}/status").read_text().split("State:")[1].split()[0]

@@ -165,7 +165,7 @@ class Removing(NamedCameras):
         process = subprocess.Popen(command, env={**os.environ, "ASAN_OPTIONS": tool.SANITIZER})
         self.addCleanup(process.wait)
         self.addCleanup(process.kill)
-        for _ in range(200):
+        for _ in range(1200):
             if any(entry.get("programs") for entry in self.entry()):
                 return process
             time.sleep(0.05)

@@ -58,7 +58,7 @@ class CameraTrace(tool.ToolTest):
         return process, path
 
     def wait_for(self, path, text):
-        for _ in range(200):
+        for _ in range(1200):
             if text in path.read_text():
                 return
             time.sleep(0.05)
@@ -351,7 +351,7 @@ class RealDevices(tool.ToolTest):
             time.sleep(0.2)
             self.assertIsNone(process.poll())
             process.send_signal(signal.SIGTERM)
-            self.assertEqual(process.wait(20), 9)
+            self.assertEqual(process.wait(60), 9)
 
     def test_a_trace_that_cannot_be_written_leaves_the_program_alone(self):
         result = tool.call("trace", "--real", "--output", "/dev/full", "--", project.setting("device_program"),

@@ -65,8 +65,8 @@ TEST(SharedSleepClock, StandsStillOtherwise) {
   EXPECT_EQ(camera->snapshot().clock.now(), 0ns);
 }
 
-TEST(SharedSleepClock, DoesNotAddUpWhatIsSleptAtTheSameTime) {
-  constexpr int times = 200;
+/// The time that passes while two processes sleep for `times` times 10 ms each.
+std::chrono::nanoseconds slept_together(int times) {
   NamedCamera named;
   const auto camera = named.use(sleep_clock());
   Meeting meeting;
@@ -86,10 +86,17 @@ TEST(SharedSleepClock, DoesNotAddUpWhatIsSleptAtTheSameTime) {
   meeting.tell();
   sleep();
   EXPECT_EQ(child.wait(), 0);
-  const auto together = camera->snapshot().clock.now();
-  EXPECT_GE(together, times * 10ms);
-  // In turns it would be twice that. Somebody whom the machine does not let run is not waited for.
-  EXPECT_LT(together, times * 19ms);
+  return camera->snapshot().clock.now();
+}
+
+TEST(SharedSleepClock, DoesNotAddUpWhatIsSleptAtTheSameTime) {
+  constexpr int times = 20;
+  auto together = slept_together(times);
+  // Somebody whom the machine does not let run is not waited for, but in one of many attempts both run.
+  for (int others = 0; others < 50 && together > times * 10ms; ++others) {
+    together = std::min(together, slept_together(times));
+  }
+  EXPECT_EQ(together, times * 10ms) << "in turns it would be twice that";
 }
 
 bool anybody_asleep(const SharedCamera& camera) {
